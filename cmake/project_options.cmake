@@ -1,0 +1,37 @@
+# Compiler settings that every target of this project shares.
+
+set(HARDWARE_SANITIZE "" CACHE STRING "Sanitizers to build with: '', 'address' or 'thread'")
+set_property(CACHE HARDWARE_SANITIZE PROPERTY STRINGS "" address thread)
+option(HARDWARE_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+if(CMAKE_CXX_FLAGS MATCHES "-ffast-math|-Ofast")
+    message(FATAL_ERROR "Fast math breaks the rounding and not-a-number rules of timecode values")
+endif()
+
+add_library(project_options INTERFACE)
+target_compile_options(project_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast
+    -Wnon-virtual-dtor -Wcast-qual -Wundef)
+if(HARDWARE_WARNINGS_AS_ERRORS)
+    target_compile_options(project_options INTERFACE -Werror)
+endif()
+target_compile_definitions(project_options INTERFACE QT_NO_KEYWORDS)
+
+if(HARDWARE_SANITIZE STREQUAL "address")
+    set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=undefined)
+elseif(HARDWARE_SANITIZE STREQUAL "thread")
+    set(sanitizers -fsanitize=thread)
+elseif(HARDWARE_SANITIZE)
+    message(FATAL_ERROR "HARDWARE_SANITIZE is '${HARDWARE_SANITIZE}': use address or thread")
+endif()
+if(HARDWARE_SANITIZE)
+    target_compile_options(project_options INTERFACE ${sanitizers} -fno-omit-frame-pointer)
+    target_link_options(project_options INTERFACE ${sanitizers})
+endif()

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "hardware/timecode/rate.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <limits>
+
+namespace Hardware::Timecode
+{
+
+namespace
+{
+
+/// Rates by format. "NTSC 30" is exactly 30 on purpose: no clock here runs at 29.97.
+constexpr std::array<double, 4> Rates{30.0, 30.0, 25.0, 24.0};
+
+constexpr double LargestDouble = std::numeric_limits<double>::max();
+constexpr unsigned DoubleSize = 8;
+
+/// 1000 / value: from rate to interval and back are the same division.
+double DivideThousandBy(double value)
+{
+    return value == 0.0 ? LargestDouble : 1000.0 / value;
+}
+
+void Write(kel::ostream& out, double value)
+{
+    const auto bits = std::bit_cast<std::uint64_t>(value);
+    std::array<unsigned char, DoubleSize> bytes;
+    for (unsigned i = 0; i < DoubleSize; ++i)
+        bytes[i] = static_cast<unsigned char>(bits >> (8 * (DoubleSize - 1 - i)));
+    out.write(bytes.data(), DoubleSize);
+}
+
+double Read(kel::istream& in)
+{
+    std::array<unsigned char, DoubleSize> bytes{};
+    in.read(bytes.data(), DoubleSize);
+    std::uint64_t bits = 0;
+    for (const unsigned char byte : bytes)
+        bits = bits << 8 | byte;
+    return std::bit_cast<double>(bits);
+}
+
+void Append(kel::text_base<char>& out, double value)
+{
+    // The largest double has 316 characters; the text is cut to what the buffer holds.
+    std::array<char, 64> buffer;
+    const int length = std::snprintf(buffer.data(), buffer.size(), "%f", value);
+    out.append(buffer.data(), std::min(static_cast<std::size_t>(length), buffer.size() - 1));
+}
+
+} // namespace
+
+double toRate(TimecodeFormat format)
+{
+    return format < Rates.size() ? Rates[format] : 0.0;
+}
+
+double toRate(Interval interval)
+{
+    return DivideThousandBy(interval);
+}
+
+Interval toInterval(double rate)
+{
+    return DivideThousandBy(rate);
+}
+
+Interval toInterval(TimecodeFormat format)
+{
+    return toInterval(toRate(format));
+}
+
+TimecodeFormat toFormat(double rate)
+{
+    const double rounded = std::floor(rate + 0.5);
+    // 29.97 rounds to 30 and is SMPTE 30 on purpose; NTSC 30 is never the answer.
+    if (rounded == 30.0)
+        return TimecodeFormat_Smpte30;
+    if (rounded == 25.0)
+        return TimecodeFormat_Ebu25;
+    if (rounded == 24.0)
+        return TimecodeFormat_Film24;
+    return TimecodeFormat_Invalid;
+}
+
+TimecodeFormat toFormat(Interval interval)
+{
+    return toFormat(toRate(interval));
+}
+
+kel::ostream& operator<<(kel::ostream& out, const Index& index)
+{
+    Write(out, index);
+    return out;
+}
+
+kel::istream& operator>>(kel::istream& in, Index& index)
+{
+    index = Read(in);
+    return in;
+}
+
+kel::ostream& operator<<(kel::ostream& out, const Interval& interval)
+{
+    Write(out, interval);
+    return out;
+}
+
+kel::istream& operator>>(kel::istream& in, Interval& interval)
+{
+    interval = Read(in);
+    return in;
+}
+
+kel::text_base<char>& operator<<(kel::text_base<char>& out, const Index& index)
+{
+    Append(out, index);
+    return out;
+}
+
+kel::text_base<char>& operator<<(kel::text_base<char>& out, const Interval& interval)
+{
+    Append(out, interval);
+    return out;
+}
+
+} // namespace Hardware::Timecode
