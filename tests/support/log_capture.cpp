@@ -6,7 +6,8 @@
 #include "os/log.h"
 #include "standalone/log_masks.h"
 
-namespace Test {
+namespace Test
+{
 
 LogCapture::LogCapture()
     : m_sink(std::make_shared<Standalone::MemorySink>()), m_previous(Standalone::SetLogSink(m_sink))

@@ -7,10 +7,12 @@
 
 #include "standalone/memory_sink.h"
 
-namespace Test {
+namespace Test
+{
 
 /// Takes all log lines for as long as it lives; widens one subtree first where asked.
-class LogCapture {
+class LogCapture
+{
 public:
     LogCapture();
     /// Also sets the mask of the context at @p path, and puts it back at the end.

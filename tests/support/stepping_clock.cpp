@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "support/stepping_clock.h"
 
-namespace Test {
+namespace Test
+{
 
 SteppingClock::SteppingClock(Os::TimeMs start)
     : m_now(start), m_previous(Standalone::SetClockSource(this))

@@ -7,13 +7,15 @@
 
 #include "standalone/clock_source.h"
 
-namespace Test {
+namespace Test
+{
 
 /// A clock that stands still until the test moves it, and that knows who sleeps.
 ///
 /// Installed for as long as it lives. At its end every sleeper is woken and later sleeps return at
 /// once, so that threads can end; stop them before it goes.
-class SteppingClock : public Standalone::ClockSource {
+class SteppingClock : public Standalone::ClockSource
+{
 public:
     explicit SteppingClock(Os::TimeMs start = 1000);
     ~SteppingClock() override;

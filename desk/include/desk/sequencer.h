@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "desk/kernel_testbed.h"
+
+namespace Desk
+{
+
+/// A virtual /dev/sequencer that lists MIDI ports as the kernel's does: the count is the one at the
+/// open, a port that has gone answers EINVAL, and the node cannot be opened (ENODEV) without any
+/// port. Any thread may call any operation.
+class Sequencer
+{
+public:
+    /// Stands the node in the test bed, which must outlive the sequencer.
+    explicit Sequencer(KernelTestbed& testbed);
+    ~Sequencer();
+    Sequencer(const Sequencer&) = delete;
+    Sequencer& operator=(const Sequencer&) = delete;
+
+    /// Lists a port under the lowest free index and returns that. A name longer than the 30 bytes
+    /// of the kernel's record is cut there, without a terminator.
+    int AddPort(const std::string& name);
+    /// Takes a port off the list.
+    void RemovePort(int index);
+
+    /// Takes the node away, as when the driver is unloaded; the list stays.
+    void Vanish();
+    /// Puts the node back.
+    void Appear();
+    /// Lets the count request fail with this errno; 0 for no more.
+    void FailCount(int error);
+    /// Lets the information request for one port fail with this errno; 0 for no more.
+    void FailInformation(int index, int error);
+
+    struct Private;
+
+private:
+    const std::unique_ptr<Private> m_private;
+};
+
+} // namespace Desk

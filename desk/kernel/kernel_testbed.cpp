@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "desk/kernel_testbed.h"
+
+#include <dlfcn.h>
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "desk/preload.h"
+#include "kernel/testbed_private.h"
+
+namespace Desk
+{
+
+namespace
+{
+
+template <class Function> Function* Find(const char* name)
+{
+    return reinterpret_cast<Function*>(dlsym(RTLD_DEFAULT, name));
+}
+
+} // namespace
+
+KernelTestbed::KernelTestbed() : m_private(new Private{})
+{
+    if (!IsPreloaded())
+        throw std::runtime_error("virtual kernel devices need the preloaded libraries");
+    m_private->testbed = umockdev_testbed_new();
+    gchar* const root = umockdev_testbed_get_root_dir(m_private->testbed);
+    m_private->root = root;
+    g_free(root);
+    m_private->addDevice = Find<DeskAddDevice>("desk_add_device");
+    m_private->setFaults = Find<DeskSetFaults>("desk_set_faults");
+    m_private->removeDevice = Find<DeskRemoveDevice>("desk_remove_device");
+    m_private->countOpens = Find<DeskCountOpens>("desk_count_opens");
+    m_private->hideMachine = Find<DeskHideMachine>("desk_hide_machine");
+    std::filesystem::create_directories(GetPathOf("/dev"));
+    m_private->hideMachine(m_private->root.c_str());
+}
+
+KernelTestbed::~KernelTestbed()
+{
+    m_private->hideMachine(nullptr);
+    g_object_unref(m_private->testbed);
+}
+
+std::string KernelTestbed::GetPathOf(const std::string& path) const
+{
+    return m_private->root + path;
+}
+
+} // namespace Desk

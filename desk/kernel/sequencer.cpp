@@ -1,0 +1,251 @@
+// SPDX-License-Identifier: MIT
+#include "desk/sequencer.h"
+
+#include <linux/soundcard.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <stdexcept>
+#include <vector>
+
+#include "kernel/testbed_private.h"
+
+namespace Desk
+{
+
+namespace
+{
+
+constexpr char Path[] = "/dev/sequencer";
+/// Name under which a client carries the count that its open saw.
+constexpr char CountAtOpen[] = "count-at-open";
+
+} // namespace
+
+struct Sequencer::Private {
+    explicit Private(KernelTestbed& itsTestbed) : testbed(itsTestbed) {}
+
+    KernelTestbed& testbed;
+    UMockdevIoctlBase* handler = nullptr;
+    int device = -1;
+
+    std::mutex mutex;
+    std::vector<std::optional<std::string>> ports; // guarded by mutex, as all below
+    bool present = true;
+    int countError = 0;
+    std::map<int, int> informationErrors;
+    int opensSeen = 0;
+    std::condition_variable openSeen;
+
+    void AwaitOpens(std::unique_lock<std::mutex>& hold);
+
+    void RefreshLocked();
+    gboolean Answer(UMockdevIoctlClient* client);
+    int AnswerCount(UMockdevIoctlClient* client);
+    int AnswerInformation(UMockdevIoctlClient* client);
+};
+
+namespace
+{
+
+/// Copies between a request's argument, which lies in the client's memory, and @p record. The
+/// client owns what get_arg() returns, the caller what resolve() returns.
+template <class Record> bool ReadArgument(UMockdevIoctlClient* client, Record& record)
+{
+    UMockdevIoctlData* const pointer = umockdev_ioctl_client_get_arg(client);
+    UMockdevIoctlData* const memory =
+        umockdev_ioctl_data_resolve(pointer, 0, sizeof record, nullptr);
+    const bool found = memory != nullptr;
+    if (found) {
+        std::memcpy(&record, memory->data, sizeof record);
+        umockdev_ioctl_data_unref(memory);
+    }
+    return found;
+}
+
+template <class Record> void WriteArgument(UMockdevIoctlClient* client, Record record)
+{
+    UMockdevIoctlData* const pointer = umockdev_ioctl_client_get_arg(client);
+    UMockdevIoctlData* const memory =
+        umockdev_ioctl_data_resolve(pointer, 0, sizeof record, nullptr);
+    if (memory) {
+        umockdev_ioctl_data_update(memory, 0, reinterpret_cast<guint8*>(&record), sizeof record);
+        umockdev_ioctl_data_unref(memory);
+    }
+}
+
+gboolean HandleRequest(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer self)
+{
+    return static_cast<Sequencer::Private*>(self)->Answer(client);
+}
+
+void HandleOpen(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer self)
+{
+    auto& sequencer = *static_cast<Sequencer::Private*>(self);
+    const std::lock_guard hold(sequencer.mutex);
+    g_object_set_data(G_OBJECT(client), CountAtOpen, GSIZE_TO_POINTER(sequencer.ports.size()));
+    ++sequencer.opensSeen;
+    sequencer.openSeen.notify_all();
+}
+
+} // namespace
+
+/// Waits until every open so far has its count: the handler's thread learns of them a little later.
+void Sequencer::Private::AwaitOpens(std::unique_lock<std::mutex>& hold)
+{
+    int openNow = 0;
+    int openedEver = 0;
+    testbed.GetPrivate().countOpens(device, &openNow, &openedEver);
+    openSeen.wait_for(hold, std::chrono::seconds(5), [&] { return opensSeen >= openedEver; });
+}
+
+/// Makes the node openable or not, as the state says.
+void Sequencer::Private::RefreshLocked()
+{
+    const std::string file = testbed.GetPathOf(Path);
+    if (present)
+        std::ofstream(file, std::ios::app);
+    else
+        std::filesystem::remove(file);
+    const bool anyPort =
+        std::any_of(ports.begin(), ports.end(), [](const auto& port) { return port.has_value(); });
+    const DeskDeviceFaults faults{anyPort ? 0 : ENODEV, 0, 0, -1};
+    testbed.GetPrivate().setFaults(device, &faults);
+}
+
+gboolean Sequencer::Private::Answer(UMockdevIoctlClient* client)
+{
+    int error = ENOTTY;
+    switch (umockdev_ioctl_client_get_request(client)) {
+    case SNDCTL_SEQ_NRMIDIS:
+        error = AnswerCount(client);
+        break;
+    case SNDCTL_MIDI_INFO:
+        error = AnswerInformation(client);
+        break;
+    default:
+        break;
+    }
+    umockdev_ioctl_client_complete(client, error ? -1 : 0, error);
+    return TRUE;
+}
+
+int Sequencer::Private::AnswerCount(UMockdevIoctlClient* client)
+{
+    const std::lock_guard hold(mutex);
+    if (countError != 0)
+        return countError;
+    WriteArgument(client, static_cast<int>(
+                              GPOINTER_TO_SIZE(g_object_get_data(G_OBJECT(client), CountAtOpen))));
+    return 0;
+}
+
+int Sequencer::Private::AnswerInformation(UMockdevIoctlClient* client)
+{
+    midi_info info{};
+    if (!ReadArgument(client, info))
+        return EFAULT;
+    const std::lock_guard hold(mutex);
+    const auto failure = informationErrors.find(info.device);
+    if (failure != informationErrors.end())
+        return failure->second;
+    const auto index = static_cast<std::size_t>(info.device);
+    if (info.device < 0 || index >= ports.size() || !ports[index])
+        return EINVAL;
+    const std::string& name = *ports[index];
+    // As long as the field the name has no terminator, as with the kernel.
+    std::memset(info.name, 0, sizeof info.name);
+    std::memcpy(info.name, name.data(), std::min(name.size(), sizeof info.name));
+    WriteArgument(client, info);
+    return 0;
+}
+
+Sequencer::Sequencer(KernelTestbed& testbed) : m_private(new Private(testbed))
+{
+    KernelTestbed::Private& bed = testbed.GetPrivate();
+    m_private->device = bed.addDevice(Path);
+    m_private->handler = umockdev_ioctl_base_new();
+    g_signal_connect(m_private->handler, "handle-ioctl", G_CALLBACK(HandleRequest),
+                     m_private.get());
+    g_signal_connect(m_private->handler, "client-connected", G_CALLBACK(HandleOpen),
+                     m_private.get());
+    const std::lock_guard hold(m_private->mutex);
+    m_private->RefreshLocked();
+    if (!umockdev_testbed_attach_ioctl(bed.testbed, Path, m_private->handler, nullptr))
+        throw std::runtime_error("the test bed takes no handler for /dev/sequencer");
+}
+
+Sequencer::~Sequencer()
+{
+    KernelTestbed::Private& bed = m_private->testbed.GetPrivate();
+    umockdev_testbed_detach_ioctl(bed.testbed, Path, nullptr);
+    g_object_unref(m_private->handler);
+    bed.removeDevice(m_private->device);
+    std::filesystem::remove(m_private->testbed.GetPathOf(Path));
+}
+
+int Sequencer::AddPort(const std::string& name)
+{
+    std::unique_lock hold(m_private->mutex);
+    m_private->AwaitOpens(hold);
+    auto& ports = m_private->ports;
+    const auto free = std::find_if(ports.begin(), ports.end(),
+                                   [](const auto& port) { return !port.has_value(); });
+    const auto index = free - ports.begin();
+    if (free == ports.end())
+        ports.emplace_back(name);
+    else
+        *free = name;
+    m_private->RefreshLocked();
+    return static_cast<int>(index);
+}
+
+void Sequencer::RemovePort(int index)
+{
+    std::unique_lock hold(m_private->mutex);
+    m_private->AwaitOpens(hold);
+    auto& ports = m_private->ports;
+    ports.at(static_cast<std::size_t>(index)).reset();
+    while (!ports.empty() && !ports.back())
+        ports.pop_back();
+    m_private->RefreshLocked();
+}
+
+void Sequencer::Vanish()
+{
+    const std::lock_guard hold(m_private->mutex);
+    m_private->present = false;
+    m_private->RefreshLocked();
+}
+
+void Sequencer::Appear()
+{
+    const std::lock_guard hold(m_private->mutex);
+    m_private->present = true;
+    m_private->RefreshLocked();
+}
+
+void Sequencer::FailCount(int error)
+{
+    const std::lock_guard hold(m_private->mutex);
+    m_private->countError = error;
+}
+
+void Sequencer::FailInformation(int index, int error)
+{
+    const std::lock_guard hold(m_private->mutex);
+    if (error == 0)
+        m_private->informationErrors.erase(index);
+    else
+        m_private->informationErrors[index] = error;
+}
+
+} // namespace Desk

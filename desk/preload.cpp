@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "desk/preload.h"
+
+#include <dlfcn.h>
+#include <link.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+namespace Desk
+{
+
+namespace
+{
+
+/// Set for the second start, so that there is no third.
+constexpr char StartedAnew[] = "DESK_STARTED_WITH_PRELOAD";
+
+/// Path of the first loaded library whose path has one of @p names in it; empty for none.
+std::string FindLoaded(std::initializer_list<std::string_view> names)
+{
+    struct Search {
+        std::initializer_list<std::string_view> names;
+        std::string found;
+    } search{names, {}};
+    dl_iterate_phdr(
+        [](dl_phdr_info* info, std::size_t, void* argument) {
+            auto& [wanted, found] = *static_cast<Search*>(argument);
+            const std::string_view path = info->dlpi_name;
+            for (const std::string_view name : wanted)
+                if (path.find(name) != path.npos)
+                    found = path;
+            return found.empty() ? 0 : 1;
+        },
+        &search);
+    return search.found;
+}
+
+/// Where the device-fault library lies, seen from the program: in a build tree or an installation.
+std::string FindDeviceFaults()
+{
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe");
+    const std::filesystem::path prefix = program.parent_path().parent_path();
+    for (const char* const folder : {DESK_LIBRARY_FOLDER, DESK_LIBRARY_FOLDER "/hardware"}) {
+        const std::filesystem::path library = prefix / folder / "libdesk-preload.so";
+        if (std::filesystem::exists(library))
+            return library.lexically_normal();
+    }
+    return {};
+}
+
+} // namespace
+
+bool IsPreloaded()
+{
+    return !FindLoaded({"/libumockdev-preload.so"}).empty() &&
+           dlsym(RTLD_DEFAULT, "desk_add_device");
+}
+
+const char* EnsurePreloaded(char** arguments)
+{
+    const bool startedAnew = std::getenv(StartedAnew) != nullptr;
+    unsetenv(StartedAnew);
+    if (IsPreloaded()) {
+        unsetenv("LD_PRELOAD"); // not for the programs that this one may start
+        return "";
+    }
+    if (startedAnew)
+        return "the test bed's library libumockdev-preload.so.0 could not be loaded";
+    const std::string faults = FindDeviceFaults();
+    if (faults.empty())
+        return "the library libdesk-preload.so is not where it was installed";
+
+    // A sanitizer's runtime wants to stand before all others.
+    std::string preload = FindLoaded({"/libasan.so", "/libtsan.so"});
+    if (!preload.empty())
+        preload += ':';
+    preload += faults + ":libumockdev-preload.so.0";
+    setenv("LD_PRELOAD", preload.c_str(), 1);
+    setenv(StartedAnew, "1", 1);
+    execv("/proc/self/exe", arguments);
+    return "the program could not be started anew with the preloaded libraries";
+}
+
+} // namespace Desk

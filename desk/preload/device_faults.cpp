@@ -1,0 +1,271 @@
+// SPDX-License-Identifier: MIT
+//
+// Preloaded before the test bed's own library. That one redirects device paths into its tree and
+// answers their requests; this one adds what it has no word for: opens, reads and writes that fail.
+
+#include "preload/device_faults.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdarg>
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <iterator>
+
+#define DESK_EXPORT __attribute__((visibility("default")))
+
+namespace
+{
+
+constexpr int DeviceCount = 256;
+constexpr int DescriptorCount = 65536;
+constexpr std::size_t PathLength = 128;
+
+struct Device {
+    char path[PathLength];
+    bool named;  // its path opens it
+    int openNow; // descriptors open; an unnamed device without any is free
+    int openedEver;
+    DeskDeviceFaults faults;
+};
+
+pthread_mutex_t g_lock = PTHREAD_MUTEX_INITIALIZER;
+Device g_devices[DeviceCount];                  // guarded by g_lock
+std::atomic<short> g_deviceOf[DescriptorCount]; // device number + 1, 0 for none
+std::atomic<bool> g_inUse{false};               // any device was ever added
+char g_root[PathLength];                        // guarded by g_lock; empty hides nothing
+
+class Hold
+{
+public:
+    Hold() { pthread_mutex_lock(&g_lock); }
+    ~Hold() { pthread_mutex_unlock(&g_lock); }
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
+};
+
+template <class Function> Function* FindNext(const char* name)
+{
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+/// The device that @p path opens, or -1. The caller holds the lock.
+int FindNamed(const char* path)
+{
+    for (int i = 0; i < DeviceCount; ++i)
+        if (g_devices[i].named && std::strcmp(g_devices[i].path, path) == 0)
+            return i;
+    return -1;
+}
+
+/// The kinds of device that a console drives and that the machine might really have.
+constexpr const char* HiddenPrefixes[] = {"/dev/cdrom",     "/dev/mem",    "/dev/midi",
+                                          "/dev/sequencer", "/dev/ttyACM", "/dev/ttyS",
+                                          "/dev/ttyUSB"};
+
+/// Whether @p path is the machine's own device and not the test bed's. The caller holds the lock.
+bool IsHidden(const char* path)
+{
+    if (g_root[0] == '\0')
+        return false;
+    const auto matches = [path](const char* prefix) {
+        return std::strncmp(path, prefix, std::strlen(prefix)) == 0;
+    };
+    if (!std::any_of(std::begin(HiddenPrefixes), std::end(HiddenPrefixes), matches))
+        return false;
+    char standIn[2 * PathLength];
+    std::snprintf(standIn, sizeof standIn, "%s%s", g_root, path);
+    // The system call itself: the library function would be redirected. It asks for the link, not
+    // for what that leads to.
+    struct stat status;
+    return syscall(SYS_newfstatat, AT_FDCWD, standIn, &status, AT_SYMLINK_NOFOLLOW) != 0;
+}
+
+int GetDevice(int descriptor)
+{
+    if (descriptor < 0 || descriptor >= DescriptorCount)
+        return -1;
+    return g_deviceOf[descriptor].load(std::memory_order_acquire) - 1;
+}
+
+/// Whether an open of @p path may go on: sets errno and says no where the device refuses.
+bool MayOpen(const char* path, int& device)
+{
+    device = -1;
+    if (!g_inUse.load(std::memory_order_acquire))
+        return true;
+    const Hold hold;
+    device = FindNamed(path);
+    if (device != -1 && g_devices[device].faults.openError != 0) {
+        errno = g_devices[device].faults.openError;
+        return false;
+    }
+    if (IsHidden(path)) {
+        errno = ENOENT;
+        return false;
+    }
+    return true;
+}
+
+int NoteOpen(int descriptor, int device)
+{
+    if (descriptor < 0 || descriptor >= DescriptorCount)
+        return descriptor;
+    const Hold hold;
+    g_deviceOf[descriptor].store(static_cast<short>(device + 1), std::memory_order_release);
+    if (device != -1) {
+        ++g_devices[device].openNow;
+        ++g_devices[device].openedEver;
+    }
+    return descriptor;
+}
+
+template <class Open> int OpenWith(const char* path, Open open)
+{
+    int device = -1;
+    if (!MayOpen(path, device))
+        return -1;
+    const int descriptor = open();
+    return g_inUse.load(std::memory_order_acquire) ? NoteOpen(descriptor, device) : descriptor;
+}
+
+mode_t GetMode(int flags, va_list arguments)
+{
+    return (flags & (O_CREAT | O_TMPFILE)) != 0 ? static_cast<mode_t>(va_arg(arguments, int)) : 0;
+}
+
+} // namespace
+
+extern "C" {
+
+DESK_EXPORT int desk_add_device(const char* path)
+{
+    const Hold hold;
+    for (int i = 0; i < DeviceCount; ++i) {
+        Device& device = g_devices[i];
+        if (device.named || device.openNow > 0)
+            continue;
+        std::strncpy(device.path, path, PathLength - 1);
+        device.named = true;
+        device.openedEver = 0;
+        device.faults = {0, 0, 0, -1};
+        g_inUse.store(true, std::memory_order_release);
+        return i;
+    }
+    return -1;
+}
+
+DESK_EXPORT void desk_set_faults(int handle, const DeskDeviceFaults* faults)
+{
+    const Hold hold;
+    g_devices[handle].faults = *faults;
+}
+
+DESK_EXPORT void desk_remove_device(int handle)
+{
+    const Hold hold;
+    g_devices[handle].named = false;
+}
+
+DESK_EXPORT void desk_count_opens(int handle, int* openNow, int* openedEver)
+{
+    const Hold hold;
+    *openNow = g_devices[handle].openNow;
+    *openedEver = g_devices[handle].openedEver;
+}
+
+DESK_EXPORT void desk_hide_machine(const char* root)
+{
+    const Hold hold;
+    std::strncpy(g_root, root ? root : "", PathLength - 1);
+    g_inUse.store(true, std::memory_order_release);
+}
+
+#define DESK_WRAP_OPEN(name)                                                                       \
+    DESK_EXPORT int name(const char* path, int flags, ...)                                         \
+    {                                                                                              \
+        static int (*const next)(const char*, int, ...) =                                          \
+            FindNext<int(const char*, int, ...)>(#name);                                           \
+        va_list arguments;                                                                         \
+        va_start(arguments, flags);                                                                \
+        const mode_t mode = GetMode(flags, arguments);                                             \
+        va_end(arguments);                                                                         \
+        return OpenWith(path, [&] { return next(path, flags, mode); });                            \
+    }
+
+DESK_WRAP_OPEN(open)
+DESK_WRAP_OPEN(open64)
+
+// What fortified programs call instead.
+
+DESK_EXPORT int __open_2(const char* path, int flags)
+{
+    static auto* const next = FindNext<int(const char*, int)>("__open_2");
+    return OpenWith(path, [&] { return next(path, flags); });
+}
+
+DESK_EXPORT int __open64_2(const char* path, int flags)
+{
+    static auto* const next = FindNext<int(const char*, int)>("__open64_2");
+    return OpenWith(path, [&] { return next(path, flags); });
+}
+
+DESK_EXPORT int close(int descriptor)
+{
+    static auto* const next = FindNext<int(int)>("close");
+    const int device = GetDevice(descriptor);
+    if (device != -1) {
+        const Hold hold;
+        g_deviceOf[descriptor].store(0, std::memory_order_release);
+        --g_devices[device].openNow;
+    }
+    return next(descriptor);
+}
+
+DESK_EXPORT ssize_t read(int descriptor, void* buffer, size_t count)
+{
+    static auto* const next = FindNext<ssize_t(int, void*, size_t)>("read");
+    const int device = GetDevice(descriptor);
+    if (device != -1) {
+        const Hold hold;
+        if (g_devices[device].faults.readError != 0) {
+            errno = g_devices[device].faults.readError;
+            return -1;
+        }
+    }
+    return next(descriptor, buffer, count);
+}
+
+DESK_EXPORT ssize_t __read_chk(int descriptor, void* buffer, size_t count, size_t)
+{
+    return read(descriptor, buffer, count);
+}
+
+DESK_EXPORT ssize_t write(int descriptor, const void* buffer, size_t count)
+{
+    static auto* const next = FindNext<ssize_t(int, const void*, size_t)>("write");
+    const int device = GetDevice(descriptor);
+    if (device != -1) {
+        const Hold hold;
+        DeskDeviceFaults& faults = g_devices[device].faults;
+        if (faults.writeError != 0 || (faults.writeRoom == 0 && count != 0)) {
+            errno = faults.writeError != 0 ? faults.writeError : EAGAIN;
+            return -1;
+        }
+        if (faults.writeRoom > 0) {
+            count = std::min(count, static_cast<size_t>(faults.writeRoom));
+            faults.writeRoom -= static_cast<long>(count);
+        }
+    }
+    return next(descriptor, buffer, count);
+}
+}

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// What the preloaded library offers to the virtual desk that runs in the same process. The desk
+// finds the functions by name, so nothing links against the library.
+
+extern "C" {
+
+/// How a device file answers, beside what its node in the test bed does.
+struct DeskDeviceFaults {
+    int openError;  ///< errno of every open; 0 for none
+    int readError;  ///< errno of every read; 0 for none
+    int writeError; ///< errno of every write; 0 for none
+    long writeRoom; ///< bytes that still fit; then EAGAIN; -1 for no limit
+};
+
+/// Makes @p path a new device: what was opened under the name before keeps its own faults. Returns
+/// the device's handle, or -1 when there are too many.
+typedef int DeskAddDevice(const char* path);
+/// Changes the faults of a device, for its open descriptors too.
+typedef void DeskSetFaults(int handle, const DeskDeviceFaults* faults);
+/// Takes the name away from a device; open descriptors keep their faults.
+typedef void DeskRemoveDevice(int handle);
+/// Number of descriptors open on a device now, and of opens since it was added.
+typedef void DeskCountOpens(int handle, int* openNow, int* openedEver);
+
+/// From now on the machine's own MIDI, serial, CD-ROM and memory devices do not exist for the
+/// program, unless a file stands for them below @p root. Null ends it.
+typedef void DeskHideMachine(const char* root);
+
+DeskAddDevice desk_add_device;
+DeskSetFaults desk_set_faults;
+DeskRemoveDevice desk_remove_device;
+DeskCountOpens desk_count_opens;
+DeskHideMachine desk_hide_machine;
+}
