@@ -202,18 +202,17 @@ void MidiPort::KillServer()
 
 int MidiPort::CountOpen() const
 {
-    int open = 0;
-    int opened = 0;
-    m_private->testbed.GetPrivate().countOpens(m_private->device, &open, &opened);
-    return open;
+    return m_private->testbed.GetPrivate().GetUse(m_private->device).openNow;
 }
 
 int MidiPort::CountOpened() const
 {
-    int open = 0;
-    int opened = 0;
-    m_private->testbed.GetPrivate().countOpens(m_private->device, &open, &opened);
-    return opened;
+    return m_private->testbed.GetPrivate().GetUse(m_private->device).openedEver;
+}
+
+int MidiPort::GetLastOpenFlags() const
+{
+    return m_private->testbed.GetPrivate().GetUse(m_private->device).lastFlags;
 }
 
 } // namespace Desk

@@ -101,9 +101,7 @@ void HandleOpen(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer self)
 /// Waits until every open so far has its count: the handler's thread learns of them a little later.
 void Sequencer::Private::AwaitOpens(std::unique_lock<std::mutex>& hold)
 {
-    int openNow = 0;
-    int openedEver = 0;
-    testbed.GetPrivate().countOpens(device, &openNow, &openedEver);
+    const int openedEver = testbed.GetPrivate().GetUse(device).openedEver;
     openSeen.wait_for(hold, std::chrono::seconds(5), [&] { return opensSeen >= openedEver; });
 }
 
@@ -117,7 +115,7 @@ void Sequencer::Private::RefreshLocked()
         std::filesystem::remove(file);
     const bool anyPort =
         std::any_of(ports.begin(), ports.end(), [](const auto& port) { return port.has_value(); });
-    const DeskDeviceFaults faults{anyPort ? 0 : ENODEV, 0, 0, -1};
+    const DeskDeviceFaults faults{present && !anyPort ? ENODEV : 0, 0, 0, -1};
     testbed.GetPrivate().setFaults(device, &faults);
 }
 
@@ -217,6 +215,21 @@ void Sequencer::RemovePort(int index)
     while (!ports.empty() && !ports.back())
         ports.pop_back();
     m_private->RefreshLocked();
+}
+
+int Sequencer::CountOpen() const
+{
+    return m_private->testbed.GetPrivate().GetUse(m_private->device).openNow;
+}
+
+int Sequencer::CountOpened() const
+{
+    return m_private->testbed.GetPrivate().GetUse(m_private->device).openedEver;
+}
+
+int Sequencer::GetLastOpenFlags() const
+{
+    return m_private->testbed.GetPrivate().GetUse(m_private->device).lastFlags;
 }
 
 void Sequencer::Vanish()

@@ -17,8 +17,15 @@ struct KernelTestbed::Private {
     DeskAddDevice* addDevice;
     DeskSetFaults* setFaults;
     DeskRemoveDevice* removeDevice;
-    DeskCountOpens* countOpens;
+    DeskGetUse* getUse;
     DeskHideMachine* hideMachine;
+
+    DeskDeviceUse GetUse(int device) const
+    {
+        DeskDeviceUse use;
+        getUse(device, &use);
+        return use;
+    }
 };
 
 } // namespace Desk

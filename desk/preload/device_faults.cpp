@@ -32,9 +32,8 @@ constexpr std::size_t PathLength = 128;
 
 struct Device {
     char path[PathLength];
-    bool named;  // its path opens it
-    int openNow; // descriptors open; an unnamed device without any is free
-    int openedEver;
+    bool named;        // its path opens it
+    DeskDeviceUse use; // an unnamed device with no descriptor open is free
     DeskDeviceFaults faults;
 };
 
@@ -44,13 +43,20 @@ std::atomic<short> g_deviceOf[DescriptorCount]; // device number + 1, 0 for none
 std::atomic<bool> g_inUse{false};               // any device was ever added
 char g_root[PathLength];                        // guarded by g_lock; empty hides nothing
 
+// Held while a virtual device is opened or closed: the test bed's library would otherwise take a
+// number that one thread gives back and another gets at once for the same descriptor.
+pthread_mutex_t g_openLock = PTHREAD_MUTEX_INITIALIZER;
+
 class Hold
 {
 public:
-    Hold() { pthread_mutex_lock(&g_lock); }
-    ~Hold() { pthread_mutex_unlock(&g_lock); }
+    explicit Hold(pthread_mutex_t& lock = g_lock) : m_lock(lock) { pthread_mutex_lock(&m_lock); }
+    ~Hold() { pthread_mutex_unlock(&m_lock); }
     Hold(const Hold&) = delete;
     Hold& operator=(const Hold&) = delete;
+
+private:
+    pthread_mutex_t& m_lock;
 };
 
 template <class Function> Function* FindNext(const char* name)
@@ -116,26 +122,33 @@ bool MayOpen(const char* path, int& device)
     return true;
 }
 
-int NoteOpen(int descriptor, int device)
+int NoteOpen(int descriptor, int device, int flags)
 {
     if (descriptor < 0 || descriptor >= DescriptorCount)
         return descriptor;
     const Hold hold;
     g_deviceOf[descriptor].store(static_cast<short>(device + 1), std::memory_order_release);
     if (device != -1) {
-        ++g_devices[device].openNow;
-        ++g_devices[device].openedEver;
+        DeskDeviceUse& use = g_devices[device].use;
+        ++use.openNow;
+        ++use.openedEver;
+        use.lastFlags = flags;
     }
     return descriptor;
 }
 
-template <class Open> int OpenWith(const char* path, Open open)
+template <class Open> int OpenWith(const char* path, int flags, Open open)
 {
     int device = -1;
     if (!MayOpen(path, device))
         return -1;
-    const int descriptor = open();
-    return g_inUse.load(std::memory_order_acquire) ? NoteOpen(descriptor, device) : descriptor;
+    if (device == -1) {
+        const int descriptor = open();
+        return g_inUse.load(std::memory_order_acquire) ? NoteOpen(descriptor, -1, flags)
+                                                       : descriptor;
+    }
+    const Hold hold(g_openLock);
+    return NoteOpen(open(), device, flags);
 }
 
 mode_t GetMode(int flags, va_list arguments)
@@ -152,11 +165,11 @@ DESK_EXPORT int desk_add_device(const char* path)
     const Hold hold;
     for (int i = 0; i < DeviceCount; ++i) {
         Device& device = g_devices[i];
-        if (device.named || device.openNow > 0)
+        if (device.named || device.use.openNow > 0)
             continue;
         std::strncpy(device.path, path, PathLength - 1);
         device.named = true;
-        device.openedEver = 0;
+        device.use = {};
         device.faults = {0, 0, 0, -1};
         g_inUse.store(true, std::memory_order_release);
         return i;
@@ -176,11 +189,10 @@ DESK_EXPORT void desk_remove_device(int handle)
     g_devices[handle].named = false;
 }
 
-DESK_EXPORT void desk_count_opens(int handle, int* openNow, int* openedEver)
+DESK_EXPORT void desk_get_use(int handle, DeskDeviceUse* use)
 {
     const Hold hold;
-    *openNow = g_devices[handle].openNow;
-    *openedEver = g_devices[handle].openedEver;
+    *use = g_devices[handle].use;
 }
 
 DESK_EXPORT void desk_hide_machine(const char* root)
@@ -199,7 +211,7 @@ DESK_EXPORT void desk_hide_machine(const char* root)
         va_start(arguments, flags);                                                                \
         const mode_t mode = GetMode(flags, arguments);                                             \
         va_end(arguments);                                                                         \
-        return OpenWith(path, [&] { return next(path, flags, mode); });                            \
+        return OpenWith(path, flags, [&] { return next(path, flags, mode); });                     \
     }
 
 DESK_WRAP_OPEN(open)
@@ -210,23 +222,26 @@ DESK_WRAP_OPEN(open64)
 DESK_EXPORT int __open_2(const char* path, int flags)
 {
     static auto* const next = FindNext<int(const char*, int)>("__open_2");
-    return OpenWith(path, [&] { return next(path, flags); });
+    return OpenWith(path, flags, [&] { return next(path, flags); });
 }
 
 DESK_EXPORT int __open64_2(const char* path, int flags)
 {
     static auto* const next = FindNext<int(const char*, int)>("__open64_2");
-    return OpenWith(path, [&] { return next(path, flags); });
+    return OpenWith(path, flags, [&] { return next(path, flags); });
 }
 
 DESK_EXPORT int close(int descriptor)
 {
     static auto* const next = FindNext<int(int)>("close");
     const int device = GetDevice(descriptor);
-    if (device != -1) {
+    if (device == -1)
+        return next(descriptor);
+    const Hold whole(g_openLock);
+    {
         const Hold hold;
         g_deviceOf[descriptor].store(0, std::memory_order_release);
-        --g_devices[device].openNow;
+        --g_devices[device].use.openNow;
     }
     return next(descriptor);
 }

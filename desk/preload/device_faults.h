@@ -21,8 +21,15 @@ typedef int DeskAddDevice(const char* path);
 typedef void DeskSetFaults(int handle, const DeskDeviceFaults* faults);
 /// Takes the name away from a device; open descriptors keep their faults.
 typedef void DeskRemoveDevice(int handle);
-/// Number of descriptors open on a device now, and of opens since it was added.
-typedef void DeskCountOpens(int handle, int* openNow, int* openedEver);
+/// How a device was used since it was added.
+struct DeskDeviceUse {
+    int openNow;    ///< descriptors open now
+    int openedEver; ///< opens that succeeded
+    int lastFlags;  ///< flags of the last of them
+};
+
+/// Tells how a device was used.
+typedef void DeskGetUse(int handle, DeskDeviceUse* use);
 
 /// From now on the machine's own MIDI, serial, CD-ROM and memory devices do not exist for the
 /// program, unless a file stands for them below @p root. Null ends it.
@@ -31,6 +38,6 @@ typedef void DeskHideMachine(const char* root);
 DeskAddDevice desk_add_device;
 DeskSetFaults desk_set_faults;
 DeskRemoveDevice desk_remove_device;
-DeskCountOpens desk_count_opens;
+DeskGetUse desk_get_use;
 DeskHideMachine desk_hide_machine;
 }

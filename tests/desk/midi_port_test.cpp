@@ -15,7 +15,7 @@ namespace
 typedef std::vector<std::uint8_t> Bytes;
 
 /// A port as a program sees it that opens its device file.
-class MidiPortNode : public Test::VirtualMidi
+class MidiPortNode : public TestSupport::VirtualMidi
 {
 protected:
     ~MidiPortNode() override { Close(); }

@@ -13,7 +13,7 @@ namespace
 {
 
 /// The sequencer as a program sees it that asks the kernel.
-class SequencerNode : public Test::VirtualMidi
+class SequencerNode : public TestSupport::VirtualMidi
 {
 protected:
     ~SequencerNode() override { Close(); }

@@ -6,7 +6,7 @@
 #include "os/log.h"
 #include "standalone/log_masks.h"
 
-namespace Test
+namespace TestSupport
 {
 
 LogCapture::LogCapture()
@@ -36,4 +36,4 @@ std::size_t LogCapture::Count(const std::string& text) const
     return static_cast<std::size_t>(std::count(texts.begin(), texts.end(), text));
 }
 
-} // namespace Test
+} // namespace TestSupport

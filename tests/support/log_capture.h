@@ -7,7 +7,7 @@
 
 #include "standalone/memory_sink.h"
 
-namespace Test
+namespace TestSupport
 {
 
 /// Takes all log lines for as long as it lives; widens one subtree first where asked.
@@ -34,4 +34,4 @@ private:
     unsigned m_previousMask = 0;
 };
 
-} // namespace Test
+} // namespace TestSupport

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/naive_midi_parser.h"
 
-namespace Test
+namespace TestSupport
 {
 
 namespace
@@ -28,9 +28,9 @@ std::size_t LengthOf(unsigned char status)
     return 1; // song select, undefined, tune request, real time
 }
 
-NaiveMidiMessage Pack(const std::vector<unsigned char>& bytes)
+MidiMessage Pack(const std::vector<unsigned char>& bytes)
 {
-    NaiveMidiMessage message;
+    MidiMessage message;
     std::uint32_t weight = 1;
     for (const unsigned char byte : bytes) {
         message.packed += byte * weight;
@@ -41,7 +41,7 @@ NaiveMidiMessage Pack(const std::vector<unsigned char>& bytes)
 
 } // namespace
 
-std::optional<NaiveMidiMessage> NaiveMidiParser::Receive(unsigned char byte)
+std::optional<MidiMessage> NaiveMidiParser::Receive(unsigned char byte)
 {
     switch (m_collecting) {
     case Collecting::Nothing:
@@ -54,14 +54,14 @@ std::optional<NaiveMidiMessage> NaiveMidiParser::Receive(unsigned char byte)
     return std::nullopt;
 }
 
-std::optional<NaiveMidiMessage> NaiveMidiParser::ReceiveWhenIdle(unsigned char byte)
+std::optional<MidiMessage> NaiveMidiParser::ReceiveWhenIdle(unsigned char byte)
 {
     if (IsData(byte))
         return std::nullopt;
     return BeginAnyMessage(byte);
 }
 
-std::optional<NaiveMidiMessage> NaiveMidiParser::ReceiveInSystemExclusive(unsigned char byte)
+std::optional<MidiMessage> NaiveMidiParser::ReceiveInSystemExclusive(unsigned char byte)
 {
     if (IsData(byte)) {
         m_bytes.push_back(byte);
@@ -71,7 +71,7 @@ std::optional<NaiveMidiMessage> NaiveMidiParser::ReceiveInSystemExclusive(unsign
     }
     if (byte == 0xF7) {
         m_collecting = Collecting::Nothing;
-        NaiveMidiMessage message;
+        MidiMessage message;
         message.systemExclusive = m_bytes;
         message.systemExclusive.push_back(0xF7);
         return message;
@@ -79,7 +79,7 @@ std::optional<NaiveMidiMessage> NaiveMidiParser::ReceiveInSystemExclusive(unsign
     return BeginAnyMessage(byte);
 }
 
-std::optional<NaiveMidiMessage> NaiveMidiParser::ReceiveInShortMessage(unsigned char byte)
+std::optional<MidiMessage> NaiveMidiParser::ReceiveInShortMessage(unsigned char byte)
 {
     if (!IsData(byte))
         return BeginAnyMessage(byte);
@@ -87,12 +87,12 @@ std::optional<NaiveMidiMessage> NaiveMidiParser::ReceiveInShortMessage(unsigned 
     m_bytes.push_back(byte);
     if (m_bytes.size() < LengthOf(status))
         return std::nullopt;
-    const NaiveMidiMessage message = Pack(m_bytes);
+    const MidiMessage message = Pack(m_bytes);
     m_bytes = {status}; // running status
     return message;
 }
 
-std::optional<NaiveMidiMessage> NaiveMidiParser::BeginAnyMessage(unsigned char status)
+std::optional<MidiMessage> NaiveMidiParser::BeginAnyMessage(unsigned char status)
 {
     m_bytes = {status};
     if (status == 0xF0) {
@@ -111,4 +111,4 @@ std::optional<NaiveMidiMessage> NaiveMidiParser::BeginAnyMessage(unsigned char s
     return Pack(m_bytes);
 }
 
-} // namespace Test
+} // namespace TestSupport

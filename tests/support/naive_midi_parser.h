@@ -5,14 +5,14 @@
 #include <optional>
 #include <vector>
 
-namespace Test
+namespace TestSupport
 {
 
 /// A received message: either the packed word or the bytes of a system-exclusive one.
-struct NaiveMidiMessage {
+struct MidiMessage {
     std::uint32_t packed = 0;
     std::vector<unsigned char> systemExclusive; ///< empty for any other message
-    bool operator==(const NaiveMidiMessage&) const = default;
+    bool operator==(const MidiMessage&) const = default;
 };
 
 /// A second MIDI input parser to compare the real one with: slow, plain, one function for each
@@ -20,18 +20,18 @@ struct NaiveMidiMessage {
 class NaiveMidiParser
 {
 public:
-    std::optional<NaiveMidiMessage> Receive(unsigned char byte);
+    std::optional<MidiMessage> Receive(unsigned char byte);
 
 private:
     enum class Collecting { Nothing, SystemExclusive, ShortMessage };
 
-    std::optional<NaiveMidiMessage> ReceiveWhenIdle(unsigned char byte);
-    std::optional<NaiveMidiMessage> ReceiveInSystemExclusive(unsigned char byte);
-    std::optional<NaiveMidiMessage> ReceiveInShortMessage(unsigned char byte);
-    std::optional<NaiveMidiMessage> BeginAnyMessage(unsigned char status);
+    std::optional<MidiMessage> ReceiveWhenIdle(unsigned char byte);
+    std::optional<MidiMessage> ReceiveInSystemExclusive(unsigned char byte);
+    std::optional<MidiMessage> ReceiveInShortMessage(unsigned char byte);
+    std::optional<MidiMessage> BeginAnyMessage(unsigned char status);
 
     Collecting m_collecting = Collecting::Nothing;
     std::vector<unsigned char> m_bytes;
 };
 
-} // namespace Test
+} // namespace TestSupport

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "support/stepping_clock.h"
 
-namespace Test
+namespace TestSupport
 {
 
 SteppingClock::SteppingClock(Os::TimeMs start)
@@ -67,4 +67,4 @@ void SteppingClock::Release()
     m_changed.notify_all();
 }
 
-} // namespace Test
+} // namespace TestSupport

@@ -7,7 +7,7 @@
 
 #include "standalone/clock_source.h"
 
-namespace Test
+namespace TestSupport
 {
 
 /// A clock that stands still until the test moves it, and that knows who sleeps.
@@ -44,4 +44,4 @@ private:
     Standalone::ClockSource* const m_previous;
 };
 
-} // namespace Test
+} // namespace TestSupport

@@ -7,7 +7,7 @@
 #include "desk/midi_port.h"
 #include "desk/sequencer.h"
 
-namespace Test
+namespace TestSupport
 {
 
 /// A test bed with a sequencer that has no ports yet.
@@ -18,4 +18,4 @@ protected:
     Desk::Sequencer m_sequencer{m_testbed};
 };
 
-} // namespace Test
+} // namespace TestSupport

@@ -56,8 +56,10 @@ public:
 
     /// Descriptors that the library has open now.
     int CountOpen() const;
-    /// Opens since the port was plugged.
+    /// Opens that succeeded, since the port was plugged.
     int CountOpened() const;
+    /// Flags of the last of them, as passed to open().
+    int GetLastOpenFlags() const;
 
     struct Private;
 

@@ -36,6 +36,13 @@ public:
     /// Lets the information request for one port fail with this errno; 0 for no more.
     void FailInformation(int index, int error);
 
+    /// Descriptors that the program has open now.
+    int CountOpen() const;
+    /// Opens that succeeded, since the start.
+    int CountOpened() const;
+    /// Flags of the last of them, as passed to open().
+    int GetLastOpenFlags() const;
+
     struct Private;
 
 private:
