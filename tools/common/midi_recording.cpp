@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include "common/midi_recording.h"
+
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+#include "common/hex.h"
+
+namespace Tools
+{
+
+namespace
+{
+
+/// Reads one line into @p event; what is wrong with it, or nothing.
+std::string ParseLine(const std::string& line, MidiRecording::Event& event)
+{
+    std::istringstream in(line);
+    long milliseconds = -1;
+    long messages = -1;
+    if (!(in >> milliseconds) || milliseconds < 0)
+        return "no time in milliseconds";
+    if (!(in >> messages) || messages < 0)
+        return "no count of messages";
+    std::string rest;
+    std::getline(in, rest);
+    const auto bytes = ParseHex(rest);
+    if (!bytes || bytes->empty())
+        return "no bytes in hexadecimal";
+    event = {static_cast<unsigned>(milliseconds), static_cast<unsigned>(messages), *bytes};
+    return {};
+}
+
+} // namespace
+
+MidiRecording MidiRecording::Read(const std::string& path)
+{
+    std::ifstream file(path);
+    if (!file)
+        throw std::runtime_error(path + ": cannot be read");
+    MidiRecording recording;
+    unsigned number = 0;
+    for (std::string line; std::getline(file, line);) {
+        ++number;
+        line.erase(std::min(line.find('#'), line.size()));
+        if (line.find_first_not_of(" \t\r") == line.npos)
+            continue;
+        Event event{};
+        std::string problem = ParseLine(line, event);
+        if (problem.empty() && !recording.events.empty() &&
+            event.milliseconds < recording.events.back().milliseconds)
+            problem = "the time falls";
+        if (!problem.empty())
+            throw std::runtime_error(path + ':' + std::to_string(number) + ": " + problem);
+        recording.events.push_back(std::move(event));
+    }
+    return recording;
+}
+
+} // namespace Tools

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace Tools
+{
+
+/// MIDI bytes with their times, as read from a text file.
+///
+/// A line is "MILLISECONDS MESSAGES BYTES...": when the bytes arrive, counted from the start and
+/// never falling; how many messages a receiver completes with them; the bytes in hexadecimal. What
+/// stands behind '#' and empty lines do not count.
+struct MidiRecording {
+    struct Event {
+        unsigned milliseconds;
+        unsigned messages;
+        std::vector<std::uint8_t> bytes;
+    };
+    std::vector<Event> events;
+
+    /// Reads a file; throws std::runtime_error that names the file, the line and what is wrong.
+    static MidiRecording Read(const std::string& path);
+};
+
+} // namespace Tools

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "common/timecode_source.h"
+
+#include <charconv>
+#include <map>
+#include <sstream>
+#include <stdexcept>
+
+namespace Tools
+{
+
+namespace
+{
+
+using namespace Hardware;
+
+const std::map<std::string, TimecodeFormat> FormatNames{{"film24", TimecodeFormat_Film24},
+                                                        {"ebu25", TimecodeFormat_Ebu25},
+                                                        {"ntsc30", TimecodeFormat_Ntsc30},
+                                                        {"smpte30", TimecodeFormat_Smpte30}};
+
+/// Highest rate of a simulated source; the pace has a resolution of one millisecond.
+constexpr double HighestRate = 1000.0;
+/// Lowest rate of a simulated source: one frame an hour.
+constexpr double LowestRate = 1.0 / 3600.0;
+
+void ParseRate(const std::string& text, TimecodeSource& source)
+{
+    const auto format = FormatNames.find(text);
+    if (format != FormatNames.end()) {
+        source.named = true;
+        source.format = format->second;
+        source.rate = Timecode::toRate(format->second);
+        return;
+    }
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), source.rate);
+    // Written so that what is not a number fails too.
+    const bool inRange = source.rate >= LowestRate && source.rate <= HighestRate;
+    if (error != std::errc() || end != text.data() + text.size() || !inRange)
+        throw std::invalid_argument("'" + text +
+                                    "' is neither a rate in frames per second, up to 1000, nor "
+                                    "film24, ebu25, ntsc30 or smpte30");
+}
+
+} // namespace
+
+TimecodeSource TimecodeSource::Parse(const std::string& text)
+{
+    TimecodeSource source;
+    std::istringstream words(text);
+    std::string word;
+    std::getline(words, word, ',');
+    ParseRate(word, source);
+    while (std::getline(words, word, ',')) {
+        if (word == "backwards")
+            source.backwards = true;
+        else if (!word.starts_with("start="))
+            throw std::invalid_argument("'" + word +
+                                        "' is neither start=HH:MM:SS:FF nor backwards");
+        else if (!source.start.fromString(word.substr(6)))
+            throw std::invalid_argument("'" + word.substr(6) + "' is no timecode HH:MM:SS:FF");
+    }
+    return source;
+}
+
+void TimecodeSource::StartOn(Timecode::DeviceSim& device, unsigned number) const
+{
+    device.Create(number);
+    if (named)
+        device.SetFormat(number, format);
+    else
+        device.SetRate(number, rate);
+    device.Jump(number, start);
+    if (backwards)
+        device.SetRate(number, -rate);
+    device.Start(number);
+}
+
+} // namespace Tools

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "hardware/timecode/device_sim.h"
+
+namespace Tools
+{
+
+/// A simulated timecode source as somebody describes it in one word.
+///
+/// "RATE[,start=HH:MM:SS:FF][,backwards]", where RATE is a number of frames per second above 0, or
+/// one of film24, ebu25, ntsc30, smpte30. Examples: "25", "ebu25,start=10:00:00:00",
+/// "29.97,backwards".
+struct TimecodeSource {
+    double rate = 25.0; ///< frames per second, without direction
+    bool named = false; ///< the rate was given as a format
+    Hardware::TimecodeFormat format = Hardware::TimecodeFormat_Ebu25; ///< that format
+    Hardware::Timecode::Frame start;                                  ///< first frame emitted
+    bool backwards = false;                                           ///< direction
+
+    /// Reads a description; throws std::invalid_argument that says what is wrong.
+    static TimecodeSource Parse(const std::string& text);
+
+    /// Creates and starts the source as instance @p number.
+    void StartOn(Hardware::Timecode::DeviceSim& device, unsigned number) const;
+};
+
+} // namespace Tools

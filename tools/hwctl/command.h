@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <stdexcept>
+#include <string>
+
+namespace Hwctl
+{
+
+/// Options that stand before the command and hold for every one.
+struct CommonOptions {
+    bool useVirtual = false; ///< work on virtual devices
+    std::string logMasks;    ///< masks of log contexts
+    std::string logSink = "stderr";
+};
+
+/// Ends a command with a message on standard error and ExitCode_Failure.
+class CommandError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// What a command does once the line is understood; returns an ExitCode.
+typedef std::function<int()> Action;
+
+// Each adds its command to the line and sets @p action when it is chosen. The options outlive it.
+void AddListCommand(CLI::App& app, const CommonOptions& options, Action& action);
+void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& action);
+void AddSendCommand(CLI::App& app, const CommonOptions& options, Action& action);
+void AddSimulateCommand(CLI::App& app, const CommonOptions& options, Action& action);
+
+} // namespace Hwctl

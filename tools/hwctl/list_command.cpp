@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include <cstdio>
+#include <memory>
+
+#include "common/port_name.h"
+#include "hardware/midi/device.h"
+#include "hardware/timecode/enumerations.h"
+#include "hwctl/command.h"
+#include "hwctl/event_printer.h"
+#include "hwctl/exit_code.h"
+#include "hwctl/virtual_devices.h"
+#include "kel/text_base.h"
+#include "xtti/type_reg.h"
+
+namespace Hwctl
+{
+
+namespace
+{
+
+/// Timecode device classes that the library has.
+constexpr Hardware::TimecodeType TimecodeDevices[] = {Hardware::TimecodeType_Simulated};
+
+std::string GetText(const xtti::type_reg& type, int value)
+{
+    kel::text<char, 256> text;
+    text << type.to_text(type, &value);
+    return std::string(text.view());
+}
+
+nlohmann::json GetTimecodeDevices()
+{
+    const xtti::type_reg* const type = xtti::find(get_type_code<Hardware::TimecodeType>());
+    nlohmann::json list = nlohmann::json::array();
+    for (const Hardware::TimecodeType device : TimecodeDevices)
+        list.push_back({{"type", static_cast<int>(device)},
+                        {"name", GetText(*type, static_cast<int>(device))}});
+    return list;
+}
+
+nlohmann::json GetEnumerations()
+{
+    nlohmann::json list = nlohmann::json::array();
+    for (const xtti::type_reg* const type : xtti::registered_types()) {
+        nlohmann::json values = nlohmann::json::array();
+        for (int value = type->descriptor.first_named; value <= type->descriptor.last_named;
+             ++value)
+            values.push_back({{"value", value}, {"name", GetText(*type, value)}});
+        list.push_back({{"code", type->code},
+                        {"name", type->name},
+                        {"lowest", type->descriptor.lowest},
+                        {"highest", type->descriptor.highest},
+                        {"values", values}});
+    }
+    return list;
+}
+
+nlohmann::json GetInventory()
+{
+    nlohmann::json ports = nlohmann::json::array();
+    for (const std::wstring& name : Hardware::Midi::Device::GetInputs())
+        ports.push_back(Tools::NarrowPortName(name));
+    return {{"midiPorts", ports},
+            {"timecodeDevices", GetTimecodeDevices()},
+            {"enumerations", GetEnumerations()}};
+}
+
+void PrintText(const nlohmann::json& inventory)
+{
+    std::puts("MIDI ports");
+    for (const auto& port : inventory["midiPorts"])
+        std::printf("  %s\n", port.get_ref<const std::string&>().c_str());
+    if (inventory["midiPorts"].empty())
+        std::puts("  none");
+    std::puts("\nTimecode devices");
+    for (const auto& device : inventory["timecodeDevices"])
+        std::printf("  %s\n", device["name"].get_ref<const std::string&>().c_str());
+    std::puts("\nEnumerations");
+    for (const auto& type : inventory["enumerations"]) {
+        std::printf("  %d  %s\n", type["code"].get<int>(),
+                    type["name"].get_ref<const std::string&>().c_str());
+        for (const auto& value : type["values"])
+            std::printf("        %3d  %s\n", value["value"].get<int>(),
+                        value["name"].get_ref<const std::string&>().c_str());
+    }
+}
+
+} // namespace
+
+void AddListCommand(CLI::App& app, const CommonOptions& options, Action& action)
+{
+    auto json = std::make_shared<bool>(false);
+    CLI::App* const command = app.add_subcommand(
+        "list", "List MIDI ports, timecode device types and registered enumerations");
+    command->add_flag("--json", *json, "Print JSON, one object");
+    command->callback([json, &options, &action] {
+        action = [json, &options] {
+            const auto devices = options.useVirtual ? std::make_unique<VirtualDevices>() : nullptr;
+            const nlohmann::json inventory = GetInventory();
+            if (*json)
+                std::printf("%s\n", ToLine(inventory).c_str());
+            else
+                PrintText(inventory);
+            return ExitCode_Success;
+        };
+    });
+}
+
+} // namespace Hwctl

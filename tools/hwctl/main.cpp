@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include <QCoreApplication>
+#include <cstdio>
+#include <exception>
+
+#include "desk/preload.h"
+#include "hardware/link_control.h"
+#include "hwctl/command.h"
+#include "hwctl/exit_code.h"
+#include "hwctl/log_setup.h"
+
+namespace
+{
+
+using namespace Hwctl;
+
+int Fail(const std::string& message, int code)
+{
+    std::fprintf(stderr, "hwctl: %s\n", message.c_str());
+    return code;
+}
+
+void AddCommonOptions(CLI::App& app, CommonOptions& options)
+{
+    app.set_version_flag("--version", "hwctl " HWCTL_VERSION);
+    app.add_flag("--virtual", options.useVirtual,
+                 "Work on virtual devices instead of the machine's own");
+    app.add_option("--log", options.logMasks,
+                   "Log masks, PATH=MASK[,PATH=MASK...], such as Hardware/Midi=31; the variable "
+                   "HWCTL_LOG takes the same");
+    app.add_option("--log-to", options.logSink, "Where log lines go: stderr, journal or none")
+        ->check(CLI::IsMember({"stderr", "journal", "none"}));
+    app.require_subcommand(1);
+    app.failure_message(CLI::FailureMessage::simple);
+}
+
+int RunAction(const CommonOptions& options, const Action& action, char** arguments)
+{
+    if (options.useVirtual) {
+        const char* const missing = Desk::EnsurePreloaded(arguments);
+        if (*missing != '\0')
+            return Fail(missing, ExitCode_Failure);
+    }
+    try {
+        SetUpLog(options.logSink, options.logMasks);
+        return action();
+    } catch (const std::invalid_argument& error) {
+        return Fail(error.what(), ExitCode_Usage);
+    } catch (const std::exception& error) {
+        return Fail(error.what(), ExitCode_Failure);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    Hardware_LinkControl();
+    CommonOptions options;
+    Action action;
+    CLI::App app("Looks at and works the hardware of a lighting-control console", "hwctl");
+    AddCommonOptions(app, options);
+    AddListCommand(app, options, action);
+    AddMonitorCommand(app, options, action);
+    AddSendCommand(app, options, action);
+    AddSimulateCommand(app, options, action);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0)
+            return app.exit(error); // --help and --version
+        return Fail(error.what(), ExitCode_Usage);
+    }
+    const QCoreApplication application(argc, argv);
+    return RunAction(options, action, argv);
+}

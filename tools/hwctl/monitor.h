@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QObject>
+#include <QTimer>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "common/timecode_source.h"
+#include "hardware/midi/device.h"
+#include "hardware/timecode/device_sim.h"
+#include "hwctl/event_printer.h"
+#include "hwctl/midi_player.h"
+
+namespace Hwctl
+{
+
+/// What a monitor run watches and when it ends.
+struct MonitorOptions {
+    std::vector<std::string> ports;             ///< MIDI ports to receive from
+    std::vector<Tools::TimecodeSource> sources; ///< simulated timecode to run
+    std::optional<double> seconds;              ///< ends after so long
+    std::optional<unsigned> frames;             ///< ends after so many frames of every source
+    bool json = false;
+    bool hideClock = false;  ///< count timing clock and active sensing, but do not print them
+    bool hideFrames = false; ///< count timecode frames, but print only one a second
+};
+
+/// Receives MIDI and timecode and prints every signal until something ends it.
+///
+/// Signals arrive on the devices' threads; there each becomes a MonitorEvent, which the thread of
+/// the event loop prints, so that a slow screen never holds up a device.
+class Monitor
+{
+public:
+    Monitor(const MonitorOptions& options, std::FILE* out);
+    ~Monitor();
+    Monitor(const Monitor&) = delete;
+    Monitor& operator=(const Monitor&) = delete;
+
+    /// Plays into a virtual port while the monitor runs; its end is the run's unless another is
+    /// set.
+    void SetPlayer(MidiPlayer* player) { m_player = player; }
+
+    /// Runs, prints the summary and returns an ExitCode: failure when anything was dropped.
+    int Run();
+
+private:
+    struct Source {
+        Tools::TimecodeSource description;
+        std::optional<Hardware::Timecode::Frame> last;
+        std::size_t frames = 0;
+        std::size_t dropped = 0;
+    };
+
+    void AddPort(const std::string& name);
+    void AddSource(unsigned number, const Tools::TimecodeSource& source);
+    void Post(MonitorEvent event, std::size_t messages, std::size_t bytes);
+    void PostFrame(unsigned number, const Hardware::Timecode::Frame& frame);
+    void TakeFrame(unsigned number, const Hardware::Timecode::Frame& frame, double seconds);
+    void StartDevices();
+    void StopDevices();
+    void CheckPlayer();
+    bool IsEveryMessageIn() const;
+    int Summarize();
+    double GetSeconds() const;
+
+    const MonitorOptions m_options;
+    EventPrinter m_printer;
+    QElapsedTimer m_clock;
+    QObject m_loopContext; // lives on the loop's thread: what is queued to it runs there
+    QEventLoop m_loop;
+    QTimer m_playerTimer;
+    MidiPlayer* m_player = nullptr;
+    int m_idleChecks = 0;
+
+    // On the loop's thread only.
+    std::map<unsigned, Source> m_sources;
+    std::size_t m_messages = 0;
+    std::size_t m_bytes = 0;
+    std::size_t m_frames = 0;
+
+    // Last, so that their threads end before what they report to.
+    std::vector<std::unique_ptr<Hardware::Midi::Device>> m_devices;
+    std::unique_ptr<Hardware::Timecode::DeviceSim> m_simulator;
+};
+
+} // namespace Hwctl

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <memory>
+
+#include "common/port_name.h"
+#include "hwctl/command.h"
+#include "hwctl/exit_code.h"
+#include "hwctl/monitor.h"
+#include "hwctl/virtual_devices.h"
+
+namespace Hwctl
+{
+
+namespace
+{
+
+struct Arguments {
+    std::vector<std::string> ports;
+    std::vector<std::string> simulate;
+    std::vector<std::string> hide;
+    std::string play;
+    std::string playOn;
+    bool noWait = false;
+    double seconds = 0;
+    bool json = false;
+};
+
+std::vector<std::string> GetAllPorts()
+{
+    std::vector<std::string> names;
+    for (const std::wstring& name : Hardware::Midi::Device::GetInputs())
+        names.push_back(Tools::NarrowPortName(name));
+    return names;
+}
+
+std::vector<Tools::TimecodeSource> ParseSources(const std::vector<std::string>& descriptions)
+{
+    std::vector<Tools::TimecodeSource> sources;
+    for (const std::string& description : descriptions)
+        sources.push_back(Tools::TimecodeSource::Parse(description));
+    return sources;
+}
+
+bool Contains(const std::vector<std::string>& list, const char* word)
+{
+    return std::find(list.begin(), list.end(), word) != list.end();
+}
+
+int RunMonitor(const CommonOptions& common, const Arguments& arguments, bool hasSeconds)
+{
+    MonitorOptions options;
+    options.sources = ParseSources(arguments.simulate);
+    options.json = arguments.json;
+    options.hideClock = Contains(arguments.hide, "clock");
+    options.hideFrames = Contains(arguments.hide, "frames");
+    if (hasSeconds)
+        options.seconds = arguments.seconds;
+
+    Tools::MidiRecording recording;
+    if (!arguments.play.empty())
+        recording = Tools::MidiRecording::Read(arguments.play);
+    const auto devices = common.useVirtual ? std::make_unique<VirtualDevices>() : nullptr;
+    std::unique_ptr<MidiPlayer> player;
+    if (!arguments.play.empty()) {
+        Desk::MidiPort& port =
+            arguments.playOn.empty() ? devices->GetFirstPort() : devices->GetPort(arguments.playOn);
+        player = std::make_unique<MidiPlayer>(std::move(recording), port, !arguments.noWait);
+    }
+
+    const std::vector<std::string> present = GetAllPorts();
+    options.ports = arguments.ports.empty() ? present : arguments.ports;
+    for (const std::string& port : arguments.ports)
+        if (!Contains(present, port.c_str()))
+            throw CommandError("MIDI port '" + port + "' not found");
+    if (options.ports.empty() && options.sources.empty())
+        throw CommandError(
+            "nothing to monitor: no MIDI port was found and no timecode is simulated");
+
+    Monitor monitor(options, stdout);
+    monitor.SetPlayer(player.get());
+    return monitor.Run();
+}
+
+} // namespace
+
+void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& action)
+{
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* const command =
+        app.add_subcommand("monitor", "Print every MIDI and timecode signal, one line each");
+    command->add_option("-p,--port", arguments->ports,
+                        "MIDI port to receive from; may be repeated; all ports if not given");
+    command->add_option("-s,--simulate", arguments->simulate,
+                        "Simulated timecode to run beside, as for the simulate command; may be "
+                        "repeated");
+    CLI::Option* const play =
+        command
+            ->add_option("--play", arguments->play,
+                         "Recording to play into a virtual MIDI port; needs --virtual")
+            ->check([&options](const std::string&) {
+                return std::string(options.useVirtual ? "" : "needs --virtual before the command");
+            });
+    command
+        ->add_option("--play-on", arguments->playOn,
+                     "Virtual port to play it on; the first one if not given")
+        ->needs(play);
+    command->add_flag("--no-wait", arguments->noWait, "Play without pauses")->needs(play);
+    CLI::Option* const seconds =
+        command
+            ->add_option("--for", arguments->seconds,
+                         "End after so many seconds; otherwise the end of what is played ends it, "
+                         "or an interrupt")
+            ->check(CLI::Range(0.0, 1e6));
+    command
+        ->add_option(
+            "--hide", arguments->hide,
+            "Count but do not print: 'clock' for timing clock and active sensing, 'frames' "
+            "for all but one timecode frame a second; may be repeated")
+        ->check(CLI::IsMember({"clock", "frames"}));
+    command->add_flag("--json", arguments->json, "Print JSON, one object a line");
+    command->callback([arguments, seconds, &options, &action] {
+        action = [arguments, seconds, &options] {
+            return RunMonitor(options, *arguments, seconds->count() > 0);
+        };
+    });
+}
+
+} // namespace Hwctl

@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QSocketNotifier>
+#include <functional>
+#include <memory>
+
+namespace Hwctl
+{
+
+/// Turns SIGINT and SIGTERM into a call on the thread of the event loop, for as long as it lives.
+/// One at a time.
+class StopSignals
+{
+public:
+    explicit StopSignals(const std::function<void()>& stop);
+    ~StopSignals();
+    StopSignals(const StopSignals&) = delete;
+    StopSignals& operator=(const StopSignals&) = delete;
+
+private:
+    std::unique_ptr<QSocketNotifier> m_notifier;
+};
+
+} // namespace Hwctl
