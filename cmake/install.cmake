@@ -32,3 +32,11 @@ install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/HardwareConfig.cmake
     ${CMAKE_CURRENT_BINARY_DIR}/HardwareConfigVersion.cmake
     DESTINATION ${package_dir}/Hardware COMPONENT library)
+
+if(TARGET hwctl)
+    install(TARGETS hwctl COMPONENT tools)
+    install(TARGETS desk_preload LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/hardware COMPONENT tools)
+    install(FILES docs/man/hwctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+    install(DIRECTORY data/midi DESTINATION ${CMAKE_INSTALL_DATADIR}/hardware COMPONENT tools
+        FILES_MATCHING PATTERN "*.txt")
+endif()

@@ -32,7 +32,7 @@ std::string FindLoaded(std::initializer_list<std::string_view> names)
             auto& [wanted, found] = *static_cast<Search*>(argument);
             const std::string_view path = info->dlpi_name;
             for (const std::string_view name : wanted)
-                if (path.find(name) != path.npos)
+                if (path.find(name) != std::string_view::npos)
                     found = path;
             return found.empty() ? 0 : 1;
         },
@@ -61,6 +61,8 @@ bool IsPreloaded()
            dlsym(RTLD_DEFAULT, "desk_add_device");
 }
 
+// The environment is read and changed before there is a second thread.
+// NOLINTBEGIN(concurrency-mt-unsafe)
 const char* EnsurePreloaded(char** arguments)
 {
     const bool startedAnew = std::getenv(StartedAnew) != nullptr;
@@ -85,5 +87,6 @@ const char* EnsurePreloaded(char** arguments)
     execv("/proc/self/exe", arguments);
     return "the program could not be started anew with the preloaded libraries";
 }
+// NOLINTEND(concurrency-mt-unsafe)
 
 } // namespace Desk

@@ -9,7 +9,7 @@ namespace Hardware
 
 std::string GetErrorText(int error)
 {
-    std::array<char, 128> room;
+    std::array<char, 128> room{};
     // The GNU form: it returns the text, which need not be in the room offered.
     return strerror_r(error, room.data(), room.size());
 }

@@ -41,8 +41,8 @@ bool WaitFor(int end, short events, std::chrono::milliseconds limit)
 } // namespace
 
 struct MidiPort::Private {
-    Private(KernelTestbed& itsTestbed, Sequencer& itsSequencer, const std::string& itsName)
-        : testbed(itsTestbed), sequencer(itsSequencer), name(itsName)
+    Private(KernelTestbed& itsTestbed, Sequencer& itsSequencer, std::string itsName)
+        : testbed(itsTestbed), sequencer(itsSequencer), name(std::move(itsName))
     {
     }
 
@@ -64,11 +64,11 @@ struct MidiPort::Private {
 void MidiPort::Private::OpenTerminal()
 {
     farEnd = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    std::array<char, 64> terminal;
+    std::array<char, 64> terminal{};
     if (farEnd == -1 || grantpt(farEnd) != 0 || unlockpt(farEnd) != 0 ||
         ptsname_r(farEnd, terminal.data(), terminal.size()) != 0)
         throw std::runtime_error("no pseudo-terminal for a virtual MIDI port");
-    termios settings;
+    termios settings{};
     tcgetattr(farEnd, &settings);
     cfmakeraw(&settings);
     tcsetattr(farEnd, TCSANOW, &settings);
@@ -124,7 +124,7 @@ std::vector<std::uint8_t> MidiPort::Receive(unsigned milliseconds)
     std::vector<std::uint8_t> bytes;
     if (!WaitFor(m_private->farEnd, POLLIN, std::chrono::milliseconds(milliseconds)))
         return bytes;
-    std::array<std::uint8_t, 4096> piece;
+    std::array<std::uint8_t, 4096> piece{};
     for (ssize_t length = 0; (length = read(m_private->farEnd, piece.data(), piece.size())) > 0;)
         bytes.insert(bytes.end(), piece.begin(), piece.begin() + length);
     return bytes;

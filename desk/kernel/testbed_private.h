@@ -22,7 +22,7 @@ struct KernelTestbed::Private {
 
     DeskDeviceUse GetUse(int device) const
     {
-        DeskDeviceUse use;
+        DeskDeviceUse use{};
         getUse(device, &use);
         return use;
     }

@@ -92,7 +92,8 @@ bool IsHidden(const char* path)
     std::snprintf(standIn, sizeof standIn, "%s%s", g_root, path);
     // The system call itself: the library function would be redirected. It asks for the link, not
     // for what that leads to.
-    struct stat status;
+    struct stat status {
+    };
     return syscall(SYS_newfstatat, AT_FDCWD, standIn, &status, AT_SYMLINK_NOFOLLOW) != 0;
 }
 

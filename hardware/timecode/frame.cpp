@@ -93,7 +93,7 @@ bool Frame::fromString(const std::string& text)
 std::string Frame::toString() const
 {
     const char separator = dropFrame ? ';' : ':';
-    std::array<char, 64> buffer; // four numbers of at most 11 characters and three separators
+    std::array<char, 64> buffer{}; // four numbers of at most 11 characters and three separators
     const int length = std::snprintf(buffer.data(), buffer.size(), "%02d%c%02d%c%02d%c%02d", hours,
                                      separator, minutes, separator, seconds, separator, frames);
     return std::string(buffer.data(), static_cast<std::size_t>(length));

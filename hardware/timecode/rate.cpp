@@ -30,7 +30,7 @@ double DivideThousandBy(double value)
 void Write(kel::ostream& out, double value)
 {
     const auto bits = std::bit_cast<std::uint64_t>(value);
-    std::array<unsigned char, DoubleSize> bytes;
+    std::array<unsigned char, DoubleSize> bytes{};
     for (unsigned i = 0; i < DoubleSize; ++i)
         bytes[i] = static_cast<unsigned char>(bits >> (8 * (DoubleSize - 1 - i)));
     out.write(bytes.data(), DoubleSize);
@@ -49,7 +49,7 @@ double Read(kel::istream& in)
 void Append(kel::text_base<char>& out, double value)
 {
     // The largest double has 316 characters; the text is cut to what the buffer holds.
-    std::array<char, 64> buffer;
+    std::array<char, 64> buffer{};
     const int length = std::snprintf(buffer.data(), buffer.size(), "%f", value);
     out.append(buffer.data(), std::min(static_cast<std::size_t>(length), buffer.size() - 1));
 }

@@ -2,6 +2,7 @@
 #include "hardware/link_control.h"
 #include "hardware/log_contexts.h"
 #include "hardware/timecode/device.h"
+#include "metatype_registration.h"
 
 namespace Hardware
 {
@@ -18,10 +19,8 @@ namespace Timecode
 namespace
 {
 
-// At load, so that connections by name and QMetaType::fromName() find the types.
-[[maybe_unused]] const int IdMetaType =
-    qRegisterMetaType<Device::Id>("Hardware::Timecode::Device::Id");
-[[maybe_unused]] const int FrameMetaType = qRegisterMetaType<Frame>("Hardware::Timecode::Frame");
+const MetatypeRegistration<Device::Id> IdMetaType("Hardware::Timecode::Device::Id");
+const MetatypeRegistration<Frame> FrameMetaType("Hardware::Timecode::Frame");
 
 } // namespace
 

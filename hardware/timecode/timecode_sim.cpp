@@ -151,7 +151,7 @@ DeviceSim::DeviceSim(QObject* parent) : Device(TimecodeType_Simulated, parent) {
 
 DeviceSim::~DeviceSim()
 {
-    Disable();
+    DeviceSim::Disable();
     m_instances.clear();
 }
 

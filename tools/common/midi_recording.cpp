@@ -44,7 +44,7 @@ MidiRecording MidiRecording::Read(const std::string& path)
     for (std::string line; std::getline(file, line);) {
         ++number;
         line.erase(std::min(line.find('#'), line.size()));
-        if (line.find_first_not_of(" \t\r") == line.npos)
+        if (line.find_first_not_of(" \t\r") == std::string::npos)
             continue;
         Event event{};
         std::string problem = ParseLine(line, event);
@@ -52,7 +52,9 @@ MidiRecording MidiRecording::Read(const std::string& path)
             event.milliseconds < recording.events.back().milliseconds)
             problem = "the time falls";
         if (!problem.empty())
-            throw std::runtime_error(path + ':' + std::to_string(number) + ": " + problem);
+            throw std::runtime_error(
+                path + ':' + std::to_string(number) + ": " +
+                problem); // NOLINT(performance-inefficient-string-concatenation)
         recording.events.push_back(std::move(event));
     }
     return recording;

@@ -74,7 +74,7 @@ std::string DescribeChannelMessage(unsigned status, unsigned first, unsigned sec
     case 0xD:
         return "pressure" + channel + std::to_string(first);
     default: {
-        const int bend = static_cast<int>(second << 7 | first) - 8192; // 14 bits around the centre
+        const auto bend = static_cast<int>(second << 7 | first) - 8192; // 14 bits around the centre
         return "pitch bend" + channel + (bend > 0 ? "+" : "") + std::to_string(bend);
     }
     }
@@ -139,7 +139,7 @@ std::string DescribeMachineControl(std::uint8_t command)
 std::string DescribeFullFrame(std::span<const std::uint8_t> time)
 {
     const bool dropFrame = (time[0] >> 5 & 3) == 2;
-    std::array<char, 64> text;
+    std::array<char, 64> text{};
     std::snprintf(text.data(), text.size(), "timecode full frame %02d:%02d:%02d%c%02d",
                   time[0] & 0x1F, time[1], time[2], dropFrame ? ';' : ':', time[3]);
     return text.data();

@@ -91,7 +91,7 @@ std::string DescribeCue(std::span<const std::uint8_t> data)
 
 std::string DescribeTime(std::span<const std::uint8_t> time)
 {
-    std::array<char, 32> text;
+    std::array<char, 32> text{};
     std::snprintf(text.data(), text.size(), " in %02d:%02d:%02d:%02d", time[0] & 0x1F, time[1],
                   time[2], time[3] & 0x1F);
     return text.data();

@@ -27,7 +27,7 @@ void EventPrinter::Print(const MonitorEvent& event)
         PrintLine(ToLine(line));
         return;
     }
-    std::array<char, 32> time;
+    std::array<char, 32> time{};
     std::snprintf(time.data(), time.size(), "%9.3f  ", event.seconds);
     std::string line = time.data() + event.source;
     const std::size_t column = std::char_traits<char>::length(time.data()) + SourceWidth;

@@ -31,6 +31,7 @@ void SetUpLog(const std::string& sink, const std::string& masks)
         Standalone::SetLogSink(nullptr);
     else
         Standalone::SetLogSink(std::make_shared<Standalone::StderrSink>());
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): there is only one thread yet
     if (const char* const environment = std::getenv(LogVariable))
         ApplyMasks(LogVariable, environment);
     ApplyMasks("--log", masks);

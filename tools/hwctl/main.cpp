@@ -51,9 +51,7 @@ int RunAction(const CommonOptions& options, const Action& action, char** argumen
     }
 }
 
-} // namespace
-
-int main(int argc, char** argv)
+int Run(int argc, char** argv)
 {
     Hardware_LinkControl();
     CommonOptions options;
@@ -73,4 +71,15 @@ int main(int argc, char** argv)
     }
     const QCoreApplication application(argc, argv);
     return RunAction(options, action, argv);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return Run(argc, argv);
+    } catch (const std::exception& error) {
+        return Fail(error.what(), ExitCode_Failure);
+    }
 }

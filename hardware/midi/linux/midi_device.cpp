@@ -18,6 +18,7 @@
 #include "hardware/link_control.h"
 #include "hardware/log_contexts.h"
 #include "hardware/midi/msc_com_format.h"
+#include "metatype_registration.h"
 #include "midi/linux/midi_device_impl.h"
 #include "source_site.h"
 
@@ -44,13 +45,13 @@ const wchar_t* const MscComFormatNames[] = {
 // lowest, highest, first named, last named, number of names
 constexpr xtti::enum_desc MscComFormatDescriptor{1, 127, 1, 7, 7, MscComFormatNames};
 
-// At load, so that connections by name and QMetaType::fromName() find the types.
+using Hardware::MetatypeRegistration;
 using Hardware::Midi::Device;
-[[maybe_unused]] const int IdMetaType = qRegisterMetaType<Device::Id>("Hardware::Midi::Device::Id");
-[[maybe_unused]] const int ShortMessageMetaType =
-    qRegisterMetaType<Device::ShortMessage>("Hardware::Midi::Device::ShortMessage");
-[[maybe_unused]] const int SysExMessageMetaType =
-    qRegisterMetaType<Device::SysExMessage>("Hardware::Midi::Device::SysExMessage");
+const MetatypeRegistration<Device::Id> IdMetaType("Hardware::Midi::Device::Id");
+const MetatypeRegistration<Device::ShortMessage>
+    ShortMessageMetaType("Hardware::Midi::Device::ShortMessage");
+const MetatypeRegistration<Device::SysExMessage>
+    SysExMessageMetaType("Hardware::Midi::Device::SysExMessage");
 
 /// The MIDI ports that the sequencer lists, by name.
 class DevMap
@@ -197,8 +198,10 @@ Device::Device() : m_impl(new _DeviceImpl(*this)) {}
 
 Device::~Device()
 {
-    // While this is still a whole Device, since it reports the end of reception.
-    m_impl.reset();
+    // While this is still a whole Device, since it reports the end of reception. Not by reset(),
+    // which takes m_impl away first: a slot may ask the device.
+    delete m_impl.get();
+    static_cast<void>(m_impl.release());
 }
 
 std::list<std::wstring> Device::GetInputs()
@@ -488,7 +491,7 @@ void _DeviceImpl::EmitShortMessage(std::uint32_t message)
 
 unsigned int _DeviceImpl::MidiReceiveEntry(void* argument)
 {
-    _DeviceImpl* const pDev = static_cast<_DeviceImpl*>(argument);
+    auto* const pDev = static_cast<_DeviceImpl*>(argument);
     OS_TRAP(!pDev, FatalSite);
     pDev->MidiReceiveThread();
     return 0;
@@ -524,7 +527,7 @@ void _DeviceImpl::ReceivePass(Descriptor& input)
     fd_set readable;
     FD_ZERO(&readable);
     FD_SET(input.Get(), &readable);
-    timeval limit{0, RetryMilliseconds * 1000};
+    timeval limit{0, RetryMilliseconds * 1000L};
     const int ready = select(input.Get() + 1, &readable, nullptr, nullptr, &limit);
     if (ready == -1) {
         // A signal ends the wait too, and counts as a failure.

@@ -18,7 +18,8 @@ namespace kel
 /// Bounded, append-only text of characters @p C over storage that a derived class owns.
 ///
 /// The length is counted and nothing is terminated, so a text may hold any character, zero
-/// included. What does not fit is cut off silently; truncated() tells. Not thread-safe.
+/// included. What does not fit is cut off silently, and nothing more is taken after a cut;
+/// truncated() tells. Not thread-safe.
 template <class C> class text_base
 {
 public:
@@ -42,8 +43,7 @@ public:
     /// Appends @p count characters from @p text, as many as fit.
     void append(const C* text, std::size_t count) noexcept
     {
-        const std::size_t room = m_capacity - m_length;
-        const std::size_t taken = std::min(count, room);
+        const std::size_t taken = std::min(count, room());
         std::copy_n(text, taken, m_storage + m_length);
         m_length += taken;
         m_truncated = m_truncated || taken != count;
@@ -52,11 +52,10 @@ public:
     /// Appends all @p count characters, or none of them where they do not fit.
     void append_whole(const C* text, std::size_t count) noexcept
     {
-        if (count > m_capacity - m_length) {
+        if (count <= room())
+            append(text, count);
+        else
             m_truncated = true;
-            return;
-        }
-        append(text, count);
     }
 
 protected:
@@ -66,6 +65,8 @@ protected:
     ~text_base() = default;
 
 private:
+    std::size_t room() const noexcept { return m_truncated ? 0 : m_capacity - m_length; }
+
     C* m_storage;
     std::size_t m_capacity;
     std::size_t m_length = 0;
@@ -136,7 +137,7 @@ concept number =
 
 template <class T> void append_number(text_base<char>& out, T value, int base) noexcept
 {
-    std::array<char, std::numeric_limits<std::uint64_t>::digits + 1> digits;
+    std::array<char, std::numeric_limits<std::uint64_t>::digits + 1> digits{};
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value, base).ptr;
     out.append(digits.data(), static_cast<std::size_t>(end - digits.data()));
 }
@@ -168,7 +169,7 @@ inline text_base<char>& operator<<(text_base<char>& out, wchar_t wide) noexcept
     if (value < 0 || surrogate || value > 0x10FFFF)
         return out << '?';
 
-    std::array<char, 4> utf8;
+    std::array<char, 4> utf8{};
     std::size_t length = 0;
     const auto put = [&](std::int64_t bits) { utf8[length++] = static_cast<char>(bits); };
     if (value < 0x800) {

@@ -93,7 +93,7 @@ private:
         ::Os::Log::Context& osLogContext = (context);                                              \
         if (osLogContext.IsEnabled(level)) {                                                       \
             ::kel::text<char, ::Os::Log::LineCapacity> osLogText;                                  \
-            osLogText << chain;                                                                    \
+            osLogText << chain; /* NOLINT(bugprone-macro-parentheses): it is a chain */            \
             osLogContext.Write(level, file, static_cast<const char*>(__PRETTY_FUNCTION__),         \
                                __LINE__, osLogText);                                               \
         }                                                                                          \

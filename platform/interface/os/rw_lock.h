@@ -28,7 +28,7 @@ public:
     unsigned GetReaders() const noexcept { return m_readers; }
 
 private:
-    pthread_rwlock_t m_lock;
+    pthread_rwlock_t m_lock{};
     const unsigned m_readers;
 };
 

@@ -19,9 +19,9 @@ public:
     typedef unsigned int (*Entry)(void* argument);
 
     /// Default time slice: what the system gives.
-    static const unsigned DefaultSlice = 0;
+    static constexpr unsigned DefaultSlice = 0;
     /// Default stack size: what the system gives.
-    static const unsigned DefaultStack = 0;
+    static constexpr unsigned DefaultStack = 0;
 
     /// Starts @p entry with @p argument. A thread that cannot be created is fatal.
     ///
@@ -57,7 +57,7 @@ private:
     void* const m_argument;
     const std::string m_name;
     const unsigned m_slice;
-    pthread_t m_handle;
+    pthread_t m_handle{};
 };
 
 } // namespace Os

@@ -18,9 +18,9 @@ namespace Os
     // Boost stores one zero behind the last frame and counts it.
     const std::size_t stored = boost::stacktrace::safe_dump_to(
         skip + 1, stack.frames.data(), stack.frames.size() * sizeof(stack.frames[0]));
-    const auto end = std::find(stack.frames.begin(),
-                               stack.frames.begin() + std::min(stored, stack.frames.size()),
-                               static_cast<const void*>(nullptr));
+    const auto* const end = std::find(stack.frames.begin(),
+                                      stack.frames.begin() + std::min(stored, stack.frames.size()),
+                                      static_cast<const void*>(nullptr));
     stack.size = static_cast<std::size_t>(end - stack.frames.begin());
     return stack;
 }

@@ -10,7 +10,7 @@ namespace Os
 /// Return addresses of the calling thread, captured without allocating or looking symbols up.
 struct CallStack {
     static constexpr std::size_t Depth = 64;
-    std::array<const void*, Depth> frames;
+    std::array<const void*, Depth> frames{};
     std::size_t size = 0;
 
     /// Captures the stack, leaving out this function and @p skip frames above it.

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "os/clock.h"
 
-#include <time.h>
-
 #include <atomic>
 #include <cerrno>
+#include <ctime>
 
 #include "os/clock_implementation.h"
 #include "standalone/clock_source.h"
@@ -20,7 +19,7 @@ class SystemClock final : public Standalone::ClockSource
 public:
     TimeMs GetMillisecs() override
     {
-        timespec now;
+        timespec now{};
         clock_gettime(CLOCK_MONOTONIC, &now);
         const auto milliseconds = static_cast<std::uint64_t>(now.tv_sec) * 1000 +
                                   static_cast<std::uint64_t>(now.tv_nsec) / 1000000;
@@ -29,7 +28,7 @@ public:
 
     void Sleep(unsigned milliseconds) override
     {
-        timespec until;
+        timespec until{};
         clock_gettime(CLOCK_MONOTONIC, &until);
         until.tv_sec += milliseconds / 1000;
         until.tv_nsec += static_cast<long>(milliseconds % 1000) * 1000000;

@@ -50,6 +50,7 @@ void JournalSink::Write(const LogRecord& record)
 {
     std::vector<std::string> fields = MakeFields(record);
     std::vector<iovec> parts;
+    parts.reserve(fields.size());
     for (std::string& field : fields)
         parts.push_back({field.data(), field.size()});
     // A journal that is not there takes nothing; a log line has nobody to complain to.

@@ -36,7 +36,8 @@ void StderrSink::Write(const LogRecord& record)
     line.append(" [").append(record.file).append(":").append(std::to_string(record.line));
     line.append(" ").append(record.function).append("]\n");
     if (m_withCallStack)
-        line.append(FormatCallStack(record.stack, record.stackSize));
+        for (std::size_t i = 0; i < record.stackSize; ++i)
+            line.append("    ").append(FormatCallStack(record.stack + i, 1));
     // One call, so that lines of several threads do not mix.
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line.data(), line.size());
 }

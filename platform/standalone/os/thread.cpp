@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "os/thread.h"
 
-#include <limits.h>
 #include <sched.h>
 #include <unistd.h>
 

@@ -19,7 +19,7 @@ constexpr std::size_t TextLimit = 256;
 
 std::int32_t Get(const void* value)
 {
-    std::int32_t number;
+    std::int32_t number = 0;
     std::memcpy(&number, value, sizeof number);
     return number;
 }

@@ -31,9 +31,9 @@ public:
 
 private:
     Interval m_interval;
-    double m_accumulated;       // all periods handed out since the interval was set
-    Os::TimeMs m_lastTime;      // clock at the call before, 0 for none yet
-    std::uint32_t m_lastResult; // result of the call before
+    double m_accumulated = 0.0;     // all periods handed out since the interval was set
+    Os::TimeMs m_lastTime = 0;      // clock at the call before, 0 for none yet
+    std::uint32_t m_lastResult = 0; // result of the call before
 };
 
 } // namespace Hardware::Timecode
