@@ -4,16 +4,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <barrier>
+#include <atomic>
 #include <csignal>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "os/event.h"
 #include "platform/contender.h"
+#include "support/wait.h"
 
 using Os::ReadKey;
 using Os::RwLock;
@@ -27,17 +30,21 @@ TEST(RwLock, AdmitsReadersTogetherMoreThanWereExpectedToo)
 {
     constexpr int Readers = 14;
     RwLock lock(10);
-    std::barrier allInside(Readers);
+    EXPECT_EQ(lock.GetReaders(), 10u);
+    std::atomic<int> inside{0};
+    Os::Event leave;
     std::vector<std::thread> threads;
     for (int i = 0; i < Readers; ++i) {
         threads.emplace_back([&] {
             const ReadKey key(lock);
-            allInside.arrive_and_wait();
+            ++inside;
+            leave.Wait();
         });
     }
+    EXPECT_TRUE(TestSupport::WaitUntil([&] { return inside == Readers; }));
+    leave.Set();
     for (std::thread& thread : threads)
         thread.join();
-    EXPECT_EQ(lock.GetReaders(), 10u);
 }
 
 TEST(RwLock, KeepsAWriterOutWhileOneReads)
@@ -149,10 +156,9 @@ TYPED_TEST(RwLockKeys, ReleaseEarlyWhereAsked)
 TYPED_TEST(RwLockKeys, ReleaseOnceHoweverOftenAsked)
 {
     RwLock lock(10);
-    std::optional<TypeParam> key(lock);
-    std::optional<ReadKey> other;
+    auto key = std::make_unique<TypeParam>(lock);
     key->Unlock();
-    other.emplace(lock); // a second release would let go of this one
+    auto other = std::make_unique<ReadKey>(lock); // a second release would let go of this one
     key->Unlock();
     key.reset();
     const Contender writer([&] { const WriteKey held(lock); });

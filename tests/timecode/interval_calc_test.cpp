@@ -161,7 +161,7 @@ TEST(IntervalCalc, ForgetsTheClockWithANewInterval)
     SteppingClock clock;
     IntervalCalc calc(40.0);
     Next(calc);
-    clock.Advance(50);
+    clock.Advance(30);
     calc.SetInterval(40.0);
     EXPECT_EQ(Next(calc), 40);
 }

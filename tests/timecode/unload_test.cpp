@@ -105,8 +105,9 @@ void ExitByWhatIsLeft()
 
 void LoadAndExit()
 {
-    if (std::atexit(&ExitByWhatIsLeft) != 0 || !Load() || !AreTypesThere() || !AreContextsThere() ||
-        !AreMetatypesThere())
+    // Qt's registry comes with its first use and must outlive the check.
+    if (IsAnyMetatypeThere() || std::atexit(&ExitByWhatIsLeft) != 0 || !Load() ||
+        !AreTypesThere() || !AreContextsThere() || !AreMetatypesThere())
         _exit(2);
     std::exit(3);
 }
