@@ -185,6 +185,9 @@ Sequencer::~Sequencer()
 {
     KernelTestbed::Private& bed = m_private->testbed.GetPrivate();
     umockdev_testbed_detach_ioctl(bed.testbed, Path, nullptr);
+    // The handler's thread let go of the lock for the last time; what it did is seen here.
+    m_private->mutex.lock();
+    m_private->mutex.unlock();
     g_object_unref(m_private->handler);
     bed.removeDevice(m_private->device);
     std::filesystem::remove(m_private->testbed.GetPathOf(Path));

@@ -2,7 +2,6 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 
-#include <QCoreApplication>
 #include <QThread>
 #include <vector>
 
@@ -195,31 +194,6 @@ TEST_F(MidiReceive, KeepsRunningStatusWhileSwitchedOffAndOn)
     m_keys.Send(Bytes{0x65});
     ASSERT_TRUE(m_recorder.WaitFor(Event::Short, 2));
     EXPECT_THAT(m_recorder.GetMessages(), ElementsAre(0x643C90, 0x653D90));
-}
-
-TEST_F(MidiReceive, DeliversQueuedMessagesToAnotherThread)
-{
-    int argc = 0;
-    const QCoreApplication application(argc, nullptr);
-    QThread thread;
-    QObject receiver;
-    std::atomic<int> count{0};
-    receiver.moveToThread(&thread);
-    thread.start();
-    QObject::connect(
-        &m_device, &Device::txShortMessage, &receiver,
-        [&](const Device::ShortMessage& message) {
-            EXPECT_EQ(QThread::currentThread(), &thread);
-            EXPECT_EQ(message.message, 0x643C90U);
-            EXPECT_EQ(message.id->device, &m_device);
-            ++count;
-        },
-        Qt::QueuedConnection);
-    ASSERT_TRUE(StartOn(m_keys));
-    m_keys.Send(Bytes{0x90, 0x3C, 0x64});
-    EXPECT_TRUE(TestSupport::WaitUntil([&] { return count == 1; }));
-    thread.quit();
-    thread.wait();
 }
 
 TEST_F(MidiReceive, IsOffAfterTheDeviceAndReportsThat)

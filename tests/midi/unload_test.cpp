@@ -58,6 +58,8 @@ void SayWhatIsLeft()
 /// The handler is older than the library's destructors, so it runs after them.
 void LoadAndExit()
 {
+    // Qt's registry must be older than the handler too, or it is gone when the handler asks.
+    CountMetaTypes();
     if (std::atexit(&SayWhatIsLeft) != 0 || !Load())
         _exit(4);
     std::exit(5);

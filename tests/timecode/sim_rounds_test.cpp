@@ -79,7 +79,7 @@ TEST(SimChanges, OfTheRateNeverLetARunningPositionFallBack)
         ++frames;
     });
     device.Start(1);
-    for (int i = 0; i < 3000; ++i) {
+    for (int i = 0; i < 100000; ++i) {
         device.SetRate(1, i % 2 ? 25.0 : 50.0);
         device.Disable(1);
         device.Enable(1);

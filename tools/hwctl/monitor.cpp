@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "hwctl/monitor.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -136,15 +134,13 @@ void Monitor::Post(MonitorEvent event, std::size_t messages, std::size_t bytes)
         if (!m_options.hideClock || message == event.facts.end() || !IsClock(*message))
             m_printer.Print(event);
     };
-    QMetaObject::invokeMethod(&m_loopContext, take, Qt::QueuedConnection);
+    m_queue.Post(take);
 }
 
 void Monitor::PostFrame(unsigned number, const Frame& frame)
 {
     const double seconds = GetSeconds();
-    QMetaObject::invokeMethod(
-        &m_loopContext, [this, number, frame, seconds] { TakeFrame(number, frame, seconds); },
-        Qt::QueuedConnection);
+    m_queue.Post([this, number, frame, seconds] { TakeFrame(number, frame, seconds); });
 }
 
 void Monitor::TakeFrame(unsigned number, const Frame& frame, double seconds)
@@ -224,7 +220,7 @@ int Monitor::Run()
         m_loop.exec();
     }
     StopDevices();
-    QCoreApplication::sendPostedEvents(&m_loopContext);
+    m_queue.Drain();
     return Summarize();
 }
 

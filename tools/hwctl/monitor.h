@@ -3,7 +3,6 @@
 
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QObject>
 #include <QTimer>
 #include <map>
 #include <memory>
@@ -15,6 +14,7 @@
 #include "hardware/midi/device.h"
 #include "hardware/timecode/device_sim.h"
 #include "hwctl/event_printer.h"
+#include "hwctl/event_queue.h"
 #include "hwctl/midi_player.h"
 
 namespace Hwctl
@@ -73,7 +73,7 @@ private:
     const MonitorOptions m_options;
     EventPrinter m_printer;
     QElapsedTimer m_clock;
-    QObject m_loopContext; // lives on the loop's thread: what is queued to it runs there
+    EventQueue m_queue; // what is posted to it runs on the loop's thread
     QEventLoop m_loop;
     QTimer m_playerTimer;
     MidiPlayer* m_player = nullptr;
