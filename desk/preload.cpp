@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+#include "preload/device_faults.h"
+
 namespace Desk
 {
 
@@ -19,6 +21,9 @@ namespace
 
 /// Set for the second start, so that there is no third.
 constexpr char StartedAnew[] = "DESK_STARTED_WITH_PRELOAD";
+
+/// Keeps what the user had in LD_PRELOAD over the second start.
+constexpr char PreloadBefore[] = "DESK_PRELOAD_BEFORE";
 
 /// Path of the first loaded library whose path has one of @p names in it; empty for none.
 std::string FindLoaded(std::initializer_list<std::string_view> names)
@@ -68,7 +73,13 @@ const char* EnsurePreloaded(char** arguments)
     const bool startedAnew = std::getenv(StartedAnew) != nullptr;
     unsetenv(StartedAnew);
     if (IsPreloaded()) {
-        unsetenv("LD_PRELOAD"); // not for the programs that this one may start
+        // Not for the programs that this one may start: they get what the user had.
+        const char* const before = std::getenv(PreloadBefore);
+        if (before)
+            setenv("LD_PRELOAD", before, 1);
+        else
+            unsetenv("LD_PRELOAD");
+        unsetenv(PreloadBefore);
         return "";
     }
     if (startedAnew)
@@ -82,11 +93,22 @@ const char* EnsurePreloaded(char** arguments)
     if (!preload.empty())
         preload += ':';
     preload += faults + ":libumockdev-preload.so.0";
+    if (const char* const before = std::getenv("LD_PRELOAD")) {
+        setenv(PreloadBefore, before, 1);
+        preload += std::string(":") + before;
+    }
     setenv("LD_PRELOAD", preload.c_str(), 1);
     setenv(StartedAnew, "1", 1);
     execv("/proc/self/exe", arguments);
     return "the program could not be started anew with the preloaded libraries";
 }
 // NOLINTEND(concurrency-mt-unsafe)
+
+void HideMachineDevices()
+{
+    if (auto* const hide =
+            reinterpret_cast<DeskHideMachine*>(dlsym(RTLD_DEFAULT, "desk_hide_machine")))
+        hide("/dev/null/nothing");
+}
 
 } // namespace Desk

@@ -12,6 +12,7 @@ fail() {
 
 # Installs the packages of packages.txt that are not there.
 install_packages() {
+    [[ -e .git ]] || fail "a git checkout, please: the checks ask git which files there are"
     local missing=() package
     while read -r package; do
         dpkg-query -W -f '${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed ||

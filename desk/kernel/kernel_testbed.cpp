@@ -33,6 +33,7 @@ KernelTestbed::KernelTestbed() : m_private(new Private{})
     m_private->addDevice = Find<DeskAddDevice>("desk_add_device");
     m_private->setFaults = Find<DeskSetFaults>("desk_set_faults");
     m_private->removeDevice = Find<DeskRemoveDevice>("desk_remove_device");
+    m_private->releaseDevice = Find<DeskReleaseDevice>("desk_release_device");
     m_private->getUse = Find<DeskGetUse>("desk_get_use");
     m_private->hideMachine = Find<DeskHideMachine>("desk_hide_machine");
     std::filesystem::create_directories(GetPathOf("/dev"));
@@ -41,7 +42,6 @@ KernelTestbed::KernelTestbed() : m_private(new Private{})
 
 KernelTestbed::~KernelTestbed()
 {
-    m_private->hideMachine(nullptr);
     g_object_unref(m_private->testbed);
 }
 

@@ -52,13 +52,28 @@ struct MidiPort::Private {
     int index = -1;
     std::string path;
     int device = -1;
-    DeskDeviceFaults faults{0, 0, 0, -1};
+    DeskDeviceFaults faults{0, 0, 0, -1, 0};
     int farEnd = -1;
     int nearEnd = -1; // kept open, since a terminal without any near end reports a hang-up
 
+    void MakeDevice(int itsIndex);
     void OpenTerminal();
     void ApplyFaults() { testbed.GetPrivate().setFaults(device, &faults); }
 };
+
+void MidiPort::Private::MakeDevice(int itsIndex)
+{
+    path = "/dev/midi";
+    if (itsIndex != 0)
+        path += std::to_string(itsIndex);
+    faults = {0, 0, 0, -1, 0};
+    if (device != -1)
+        testbed.GetPrivate().releaseDevice(device);
+    device = testbed.GetPrivate().addDevice(path.c_str());
+    if (device == -1)
+        throw std::runtime_error("too many virtual devices");
+    OpenTerminal();
+}
 
 /// A raw pseudo-terminal, whose name in the test bed is the port's device file.
 void MidiPort::Private::OpenTerminal()
@@ -73,6 +88,8 @@ void MidiPort::Private::OpenTerminal()
     cfmakeraw(&settings);
     tcsetattr(farEnd, TCSANOW, &settings);
     nearEnd = ioctl(farEnd, TIOCGPTPEER, O_RDWR | O_NOCTTY | O_CLOEXEC);
+    if (nearEnd == -1)
+        throw std::runtime_error("no near end for a virtual MIDI port");
     std::filesystem::create_symlink(terminal.data(), testbed.GetPathOf(path));
 }
 
@@ -85,6 +102,7 @@ MidiPort::MidiPort(KernelTestbed& testbed, Sequencer& sequencer, const std::stri
 MidiPort::~MidiPort()
 {
     Unplug();
+    m_private->testbed.GetPrivate().releaseDevice(m_private->device);
 }
 
 const std::string& MidiPort::GetName() const
@@ -150,7 +168,7 @@ void MidiPort::Unplug()
     m_private->sequencer.RemovePort(m_private->index);
     std::filesystem::remove(m_private->testbed.GetPathOf(m_private->path));
     // The faults come first, so that whoever wakes up finds them.
-    m_private->faults = {ENODEV, ENODEV, ENODEV, -1};
+    m_private->faults = {ENODEV, ENODEV, ENODEV, -1, 0};
     m_private->ApplyFaults();
     m_private->testbed.GetPrivate().removeDevice(m_private->device);
     CloseEnd(m_private->farEnd);
@@ -161,15 +179,9 @@ void MidiPort::Plug()
 {
     if (IsPlugged())
         return;
-    m_private->index = m_private->sequencer.AddPort(m_private->name);
-    m_private->path = "/dev/midi";
-    if (m_private->index != 0)
-        m_private->path += std::to_string(m_private->index);
-    m_private->faults = {0, 0, 0, -1};
-    m_private->device = m_private->testbed.GetPrivate().addDevice(m_private->path.c_str());
-    if (m_private->device == -1)
-        throw std::runtime_error("too many virtual devices");
-    m_private->OpenTerminal();
+    // The file comes before the entry in the list, so that whoever finds one finds the other.
+    m_private->index = m_private->sequencer.AddPort(
+        m_private->name, [this](int index) { m_private->MakeDevice(index); });
 }
 
 void MidiPort::SetBusy(bool busy)
@@ -190,9 +202,20 @@ void MidiPort::Drain()
     m_private->ApplyFaults();
 }
 
+void MidiPort::SetAtEnd(bool atEnd)
+{
+    m_private->faults.readEnds = atEnd ? 1 : 0;
+    m_private->ApplyFaults();
+}
+
+long MidiPort::GetLastWait() const
+{
+    return m_private->testbed.GetPrivate().GetUse(m_private->device).lastWait;
+}
+
 void MidiPort::KillServer()
 {
-    m_private->faults = {ENOTCONN, ENOTCONN, ENOTCONN, -1};
+    m_private->faults = {ENOTCONN, ENOTCONN, ENOTCONN, -1, 0};
     m_private->ApplyFaults();
     // Hangs up, which is what makes the port readable for whoever waits.
     const int farEnd = posix_openpt(O_RDWR | O_NOCTTY);

@@ -115,7 +115,7 @@ void Sequencer::Private::RefreshLocked()
         std::filesystem::remove(file);
     const bool anyPort =
         std::any_of(ports.begin(), ports.end(), [](const auto& port) { return port.has_value(); });
-    const DeskDeviceFaults faults{present && !anyPort ? ENODEV : 0, 0, 0, -1};
+    const DeskDeviceFaults faults{present && !anyPort ? ENODEV : 0, 0, 0, -1, 0};
     testbed.GetPrivate().setFaults(device, &faults);
 }
 
@@ -189,24 +189,26 @@ Sequencer::~Sequencer()
     m_private->mutex.lock();
     m_private->mutex.unlock();
     g_object_unref(m_private->handler);
-    bed.removeDevice(m_private->device);
+    bed.releaseDevice(m_private->device);
     std::filesystem::remove(m_private->testbed.GetPathOf(Path));
 }
 
-int Sequencer::AddPort(const std::string& name)
+int Sequencer::AddPort(const std::string& name, const std::function<void(int)>& prepare)
 {
     std::unique_lock hold(m_private->mutex);
     m_private->AwaitOpens(hold);
     auto& ports = m_private->ports;
     const auto free = std::find_if(ports.begin(), ports.end(),
                                    [](const auto& port) { return !port.has_value(); });
-    const auto index = free - ports.begin();
+    const auto index = static_cast<int>(free - ports.begin());
+    if (prepare)
+        prepare(index);
     if (free == ports.end())
         ports.emplace_back(name);
     else
         *free = name;
     m_private->RefreshLocked();
-    return static_cast<int>(index);
+    return index;
 }
 
 void Sequencer::RemovePort(int index)

@@ -17,6 +17,7 @@ struct KernelTestbed::Private {
     DeskAddDevice* addDevice;
     DeskSetFaults* setFaults;
     DeskRemoveDevice* removeDevice;
+    DeskReleaseDevice* releaseDevice;
     DeskGetUse* getUse;
     DeskHideMachine* hideMachine;
 

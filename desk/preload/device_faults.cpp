@@ -8,6 +8,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <pthread.h>
+#include <sys/select.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -15,6 +16,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <climits>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdio>
@@ -28,12 +30,13 @@ namespace
 
 constexpr int DeviceCount = 256;
 constexpr int DescriptorCount = 65536;
-constexpr std::size_t PathLength = 128;
+constexpr std::size_t PathLength = PATH_MAX;
 
 struct Device {
     char path[PathLength];
+    bool held;         // its handle is in use
     bool named;        // its path opens it
-    DeskDeviceUse use; // an unnamed device with no descriptor open is free
+    DeskDeviceUse use; // a device that is not held and has no descriptor open is free
     DeskDeviceFaults faults;
 };
 
@@ -166,12 +169,13 @@ DESK_EXPORT int desk_add_device(const char* path)
     const Hold hold;
     for (int i = 0; i < DeviceCount; ++i) {
         Device& device = g_devices[i];
-        if (device.named || device.use.openNow > 0)
+        if (device.held || device.use.openNow > 0)
             continue;
         std::strncpy(device.path, path, PathLength - 1);
+        device.held = true;
         device.named = true;
         device.use = {};
-        device.faults = {0, 0, 0, -1};
+        device.faults = {0, 0, 0, -1, 0};
         g_inUse.store(true, std::memory_order_release);
         return i;
     }
@@ -188,6 +192,13 @@ DESK_EXPORT void desk_remove_device(int handle)
 {
     const Hold hold;
     g_devices[handle].named = false;
+}
+
+DESK_EXPORT void desk_release_device(int handle)
+{
+    const Hold hold;
+    g_devices[handle].named = false;
+    g_devices[handle].held = false;
 }
 
 DESK_EXPORT void desk_get_use(int handle, DeskDeviceUse* use)
@@ -257,8 +268,24 @@ DESK_EXPORT ssize_t read(int descriptor, void* buffer, size_t count)
             errno = g_devices[device].faults.readError;
             return -1;
         }
+        if (g_devices[device].faults.readEnds != 0)
+            return 0;
     }
     return next(descriptor, buffer, count);
+}
+
+DESK_EXPORT int select(int count, fd_set* readable, fd_set* writable, fd_set* failed,
+                       timeval* limit)
+{
+    static auto* const next = FindNext<int(int, fd_set*, fd_set*, fd_set*, timeval*)>("select");
+    for (int i = 0; readable && limit && i < count; ++i) {
+        const int device = FD_ISSET(i, readable) ? GetDevice(i) : -1;
+        if (device == -1)
+            continue;
+        const Hold hold;
+        g_devices[device].use.lastWait = limit->tv_sec * 1000000L + limit->tv_usec;
+    }
+    return next(count, readable, writable, failed, limit);
 }
 
 DESK_EXPORT ssize_t __read_chk(int descriptor, void* buffer, size_t count, size_t)

@@ -12,6 +12,7 @@ struct DeskDeviceFaults {
     int readError;  ///< errno of every read; 0 for none
     int writeError; ///< errno of every write; 0 for none
     long writeRoom; ///< bytes that still fit; then EAGAIN; -1 for no limit
+    int readEnds;   ///< not 0: every read finds the end of the file
 };
 
 /// Makes @p path a new device: what was opened under the name before keeps its own faults. Returns
@@ -21,11 +22,14 @@ typedef int DeskAddDevice(const char* path);
 typedef void DeskSetFaults(int handle, const DeskDeviceFaults* faults);
 /// Takes the name away from a device; open descriptors keep their faults.
 typedef void DeskRemoveDevice(int handle);
+/// Gives a handle back, once nothing more is asked of it.
+typedef void DeskReleaseDevice(int handle);
 /// How a device was used since it was added.
 struct DeskDeviceUse {
     int openNow;    ///< descriptors open now
     int openedEver; ///< opens that succeeded
     int lastFlags;  ///< flags of the last of them
+    long lastWait;  ///< limit of the last select() on it, in microseconds
 };
 
 /// Tells how a device was used.
@@ -38,6 +42,7 @@ typedef void DeskHideMachine(const char* root);
 DeskAddDevice desk_add_device;
 DeskSetFaults desk_set_faults;
 DeskRemoveDevice desk_remove_device;
+DeskReleaseDevice desk_release_device;
 DeskGetUse desk_get_use;
 DeskHideMachine desk_hide_machine;
 }

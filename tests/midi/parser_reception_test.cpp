@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
+#include <type_traits>
 
 #include <csignal>
 
@@ -64,3 +65,11 @@ TEST(MidiReceiveEntry, ReturnsZeroWhenReceptionIsOff)
     ParserBench bench;
     EXPECT_EQ(_DeviceImpl::MidiReceiveEntry(&bench.GetParser()), 0U);
 }
+
+// What other parts of the device rely on.
+static_assert(std::is_same_v<decltype(&Hardware::Midi::_DeviceImpl::OpenInput),
+                             int (Hardware::Midi::_DeviceImpl::*)() const>);
+static_assert(std::is_same_v<decltype(&Hardware::Midi::_DeviceImpl::OpenOutput),
+                             int (Hardware::Midi::_DeviceImpl::*)() const>);
+static_assert(std::is_same_v<decltype(&Hardware::Midi::_DeviceImpl::MidiReceiveThread),
+                             void (Hardware::Midi::_DeviceImpl::*)()>);

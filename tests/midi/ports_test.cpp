@@ -7,6 +7,7 @@
 
 #include "hardware/midi/device.h"
 #include "support/log_capture.h"
+#include "support/midi_log_levels.h"
 #include "support/virtual_midi.h"
 
 namespace
@@ -22,6 +23,8 @@ typedef std::list<std::wstring> Names;
 class MidiPorts : public TestSupport::VirtualMidi
 {
 protected:
+    ~MidiPorts() override { TestSupport::ExpectMidiLogLevels(m_log); }
+
     TestSupport::LogCapture m_log{"Hardware/Midi", 31};
 };
 

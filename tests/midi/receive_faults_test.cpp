@@ -4,11 +4,14 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <vector>
 
 #include "hardware/midi/device.h"
+#include "os/event.h"
 #include "support/log_capture.h"
+#include "support/midi_log_levels.h"
 #include "support/midi_recorder.h"
 #include "support/process_facts.h"
 #include "support/stepping_clock.h"
@@ -36,6 +39,7 @@ protected:
     {
         m_clock.Release();
         m_device.EnableReceive(false);
+        TestSupport::ExpectMidiLogLevels(m_log);
     }
 
     bool IsReceiving() const { return m_keys.CountOpen() == 1; }
@@ -117,13 +121,41 @@ TEST_F(MidiReceiveFaults, SurviveUnplugAndReplugWhileReceiving)
 
 TEST_F(MidiReceiveFaults, ReopenAtOnceAfterAFailedRead)
 {
+    Os::Event entered(false);
+    Os::Event mayGo(false);
+    QObject::connect(
+        &m_device, &Device::txShortMessage, &m_device,
+        [&](const Device::ShortMessage&) {
+            entered.Set();
+            mayGo.Wait(20000);
+        },
+        Qt::DirectConnection);
     m_device.EnableReceive(true);
     ASSERT_TRUE(TestSupport::WaitUntil([&] { return IsReceiving(); }));
-    // Gone and back before the thread looks: the reopen finds it without a pause.
+    // Gone and back while the thread is held up: the reopen finds it without a pause.
+    m_keys.Send(Bytes{0xF8});
+    ASSERT_TRUE(entered.Wait(20000));
     m_keys.Unplug();
     m_keys.Plug();
+    mayGo.Set();
     ASSERT_TRUE(TestSupport::WaitUntil([&] { return IsReceiving(); }));
     EXPECT_THAT(GetErrors(), ElementsAre("Error reading Midi input: No such device"));
+    EXPECT_THAT(m_clock.GetSleeps(), IsEmpty());
+}
+
+TEST_F(MidiReceiveFaults, TakeTheEndOfTheFileForNoError)
+{
+    m_device.EnableReceive(true);
+    ASSERT_TRUE(TestSupport::WaitUntil([&] { return IsReceiving(); }));
+    m_keys.SetAtEnd(true);
+    m_keys.Send(Bytes{0xF8});
+    usleep(20000);
+    EXPECT_EQ(m_recorder.Count(Event::Short), 0U);
+    m_keys.SetAtEnd(false);
+    EXPECT_TRUE(m_recorder.WaitFor(Event::Short, 1));
+    EXPECT_THAT(GetErrors(), IsEmpty());
+    EXPECT_EQ(m_keys.CountOpened(), 1);
+    EXPECT_THAT(m_clock.GetSleeps(), IsEmpty());
 }
 
 TEST_F(MidiReceiveFaults, DoNotSpinOnADeadServer)
@@ -180,6 +212,8 @@ TEST_F(MidiReceiveFaults, TreatADescriptorTooLargeToWaitForAsAFailedOpen)
 {
     rlimit limit{};
     getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = std::max<rlim_t>(limit.rlim_cur, std::min<rlim_t>(limit.rlim_max, 1200));
+    setrlimit(RLIMIT_NOFILE, &limit);
     if (limit.rlim_cur < 1200)
         GTEST_SKIP() << "this process may not open 1200 files";
     std::vector<int> taken;

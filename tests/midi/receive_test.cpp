@@ -2,12 +2,15 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 
-#include <QThread>
+#include <memory>
+#include <thread>
 #include <vector>
 
 #include "hardware/midi/device.h"
+#include "os/event.h"
 #include "standalone/log_masks.h"
 #include "support/log_capture.h"
+#include "support/midi_log_levels.h"
 #include "support/midi_recorder.h"
 #include "support/process_facts.h"
 #include "support/virtual_midi.h"
@@ -28,6 +31,12 @@ class MidiReceive : public TestSupport::VirtualMidi
 {
 protected:
     MidiReceive() { m_device.SetInput(L"Keys"); }
+
+    ~MidiReceive() override
+    {
+        m_device.EnableReceive(false);
+        TestSupport::ExpectMidiLogLevels(m_log);
+    }
 
     /// Switches reception on and waits until the port is open.
     bool StartOn(const Desk::MidiPort& port)
@@ -138,25 +147,100 @@ TEST_F(MidiReceive, LogsItsThreadsStartAndEnd)
     EXPECT_EQ(m_log.Count("Finished midi receive thread"), 1U);
 }
 
+/// Whether another thread can change the input now; one that cannot is waited for later.
+class InputChange
+{
+public:
+    explicit InputChange(Device& device)
+        : m_thread([this, &device] {
+              device.SetInput(L"Pads");
+              m_done.Set();
+          })
+    {
+    }
+    ~InputChange() { m_thread.join(); }
+    InputChange(const InputChange&) = delete;
+    InputChange& operator=(const InputChange&) = delete;
+    bool IsHeldUp() { return !m_done.Wait(200); }
+
+private:
+    Os::Event m_done{false};
+    std::thread m_thread;
+};
+
 TEST_F(MidiReceive, ReportsTheAdditionWithTheReceiveLockHeld)
 {
-    bool entered = true;
+    std::unique_ptr<InputChange> change;
     QObject::connect(
         &m_device, &Device::txMidiDeviceAdded, &m_device,
         [&](const Device::Id&) {
-            // Another thread cannot change the input before the report is over.
-            QThread* const other = QThread::create([&] { m_device.SetInput(L"Pads"); });
-            other->start();
-            entered = other->wait(200);
-            QObject::connect(other, &QThread::finished, other, &QObject::deleteLater);
+            change = std::make_unique<InputChange>(m_device);
+            EXPECT_TRUE(change->IsHeldUp());
         },
         Qt::DirectConnection);
     m_device.EnableReceive(true);
-    EXPECT_FALSE(entered);
-    EXPECT_TRUE(
-        TestSupport::WaitUntil([&] { return m_log.Count("Setting Midi input to Pads") == 1; }));
-    EXPECT_TRUE(
-        TestSupport::WaitUntil([&] { return m_pads.CountOpen() == 1 || m_keys.CountOpen() == 1; }));
+    EXPECT_FALSE(change->IsHeldUp());
+}
+
+TEST_F(MidiReceive, ReportsTheRemovalWithTheReceiveLockHeldAndTheThreadStillThere)
+{
+    ASSERT_TRUE(StartOn(m_keys));
+    std::unique_ptr<InputChange> change;
+    QObject::connect(
+        &m_device, &Device::txMidiDeviceRemoved, &m_device,
+        [&](const Device::Id&) {
+            EXPECT_EQ(TestSupport::FindThreads("Midi Receiver").size(), 1U);
+            EXPECT_FALSE(m_device.IsReceiveEnabled());
+            change = std::make_unique<InputChange>(m_device);
+            EXPECT_TRUE(change->IsHeldUp());
+        },
+        Qt::DirectConnection);
+    m_device.EnableReceive(false);
+    ASSERT_TRUE(change);
+    EXPECT_FALSE(change->IsHeldUp());
+    m_device.disconnect(&m_device);
+}
+
+TEST_F(MidiReceive, LetsOthersSendWhileTheReceiveLockIsHeld)
+{
+    m_device.SetOutput(L"Pads");
+    m_device.EnableTransmit(true);
+    QObject::connect(
+        &m_device, &Device::txMidiDeviceAdded, &m_device,
+        [&](const Device::Id&) {
+            std::thread sender([&] {
+                const unsigned char clock = 0xF8;
+                EXPECT_TRUE(m_device.SendBuffer(&clock, 1));
+            });
+            sender.join();
+        },
+        Qt::DirectConnection);
+    m_device.EnableReceive(true);
+    EXPECT_EQ(m_pads.ReceiveCount(1), Bytes{0xF8});
+}
+
+TEST_F(MidiReceive, StopsBehindTheByteInHand)
+{
+    Os::Event entered(false);
+    QObject::connect(
+        &m_device, &Device::txShortMessage, &m_device,
+        [&](const Device::ShortMessage&) {
+            entered.Set();
+            EXPECT_TRUE(TestSupport::WaitUntil([&] { return !m_device.IsReceiveEnabled(); }));
+        },
+        Qt::DirectConnection);
+    ASSERT_TRUE(StartOn(m_keys));
+    m_keys.Send(Bytes{0xF8, 0xFA, 0xFB});
+    ASSERT_TRUE(entered.Wait(20000));
+    m_device.EnableReceive(false);
+    EXPECT_THAT(m_recorder.GetMessages(), ElementsAre(0xF8));
+}
+
+TEST_F(MidiReceive, WaitsForInputAQuarterOfASecondAtMost)
+{
+    ASSERT_TRUE(StartOn(m_keys));
+    ASSERT_TRUE(TestSupport::WaitUntil([&] { return m_keys.GetLastWait() != 0; }));
+    EXPECT_EQ(m_keys.GetLastWait(), 250000);
 }
 
 TEST_F(MidiReceive, KeepsItsPortWhenTheNameChangesUntilItIsSwitched)

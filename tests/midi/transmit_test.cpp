@@ -6,6 +6,7 @@
 
 #include "hardware/midi/device.h"
 #include "support/log_capture.h"
+#include "support/midi_log_levels.h"
 #include "support/virtual_midi.h"
 
 namespace
@@ -22,6 +23,8 @@ class MidiTransmit : public TestSupport::VirtualMidi
 {
 protected:
     MidiTransmit() { m_device.SetOutput(L"Keys"); }
+
+    ~MidiTransmit() override { TestSupport::ExpectMidiLogLevels(m_log); }
 
     bool Send(const Bytes& bytes)
     {

@@ -12,6 +12,7 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "%s\n", missing);
         return 1;
     }
+    Desk::HideMachineDevices();
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

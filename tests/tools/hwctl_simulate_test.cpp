@@ -55,6 +55,14 @@ TEST(HwctlSimulate, PrintsJsonObjects)
     EXPECT_TRUE(found);
 }
 
+TEST(HwctlSimulate, DropsNothingAtRatesThatAreNoWholeNumber)
+{
+    const auto run = RunHwctl({"simulate", "29.97,start=00:00:16:20", "59.94,start=00:00:16:20",
+                               "23.976,start=00:00:30:00,backwards", "--frames", "60"});
+    EXPECT_EQ(run.exitCode, 0) << run.out;
+    EXPECT_EQ(run.GetLines().back(), "summary: 0 messages, 0 bytes, 180 frames, dropped: none");
+}
+
 TEST(HwctlSimulate, EndsAfterItsTime)
 {
     const auto run = RunHwctl({"simulate", "--for", "0.1"});

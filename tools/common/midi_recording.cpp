@@ -52,9 +52,11 @@ MidiRecording MidiRecording::Read(const std::string& path)
             event.milliseconds < recording.events.back().milliseconds)
             problem = "the time falls";
         if (!problem.empty())
-            throw std::runtime_error(
-                path + ':' + std::to_string(number) + ": " +
-                problem); // NOLINT(performance-inefficient-string-concatenation)
+            throw std::runtime_error(std::string(path)
+                                         .append(":")
+                                         .append(std::to_string(number))
+                                         .append(": ")
+                                         .append(problem));
         recording.events.push_back(std::move(event));
     }
     return recording;

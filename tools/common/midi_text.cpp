@@ -105,7 +105,7 @@ std::string DescribeSystemMessage(unsigned status, unsigned first, unsigned seco
     case 0xFF:
         return "reset";
     default: {
-        const std::uint8_t byte = static_cast<std::uint8_t>(status);
+        const auto byte = static_cast<std::uint8_t>(status);
         return "undefined " + FormatHex({&byte, 1});
     }
     }

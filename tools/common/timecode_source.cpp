@@ -63,6 +63,13 @@ TimecodeSource TimecodeSource::Parse(const std::string& text)
     return source;
 }
 
+Timecode::Index TimecodeSource::GetStartIndex() const
+{
+    const Timecode::Index index = start.toIndex(rate);
+    // Turning a source round drops the fraction of a frame.
+    return backwards ? Timecode::Frame(index, rate).toIndex(rate) : index;
+}
+
 void TimecodeSource::StartOn(Timecode::DeviceSim& device, unsigned number) const
 {
     device.Create(number);

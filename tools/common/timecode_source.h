@@ -23,6 +23,8 @@ struct TimecodeSource {
     /// Reads a description; throws std::invalid_argument that says what is wrong.
     static TimecodeSource Parse(const std::string& text);
 
+    /// Position of the first frame that StartOn() makes the source emit.
+    Hardware::Timecode::Index GetStartIndex() const;
     /// Creates and starts the source as instance @p number.
     void StartOn(Hardware::Timecode::DeviceSim& device, unsigned number) const;
 };

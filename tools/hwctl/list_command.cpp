@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <unistd.h>
+
 #include <cstdio>
 #include <memory>
 
@@ -60,7 +62,8 @@ nlohmann::json GetInventory()
     nlohmann::json ports = nlohmann::json::array();
     for (const std::wstring& name : Hardware::Midi::Device::GetInputs())
         ports.push_back(Tools::NarrowPortName(name));
-    return {{"midiPorts", ports},
+    return {{"sequencer", access("/dev/sequencer", F_OK) == 0},
+            {"midiPorts", ports},
             {"timecodeDevices", GetTimecodeDevices()},
             {"enumerations", GetEnumerations()}};
 }
@@ -71,7 +74,7 @@ void PrintText(const nlohmann::json& inventory)
     for (const auto& port : inventory["midiPorts"])
         std::printf("  %s\n", port.get_ref<const std::string&>().c_str());
     if (inventory["midiPorts"].empty())
-        std::puts("  none");
+        std::puts(inventory["sequencer"] ? "  none" : "  none: there is no /dev/sequencer");
     std::puts("\nTimecode devices");
     for (const auto& device : inventory["timecodeDevices"])
         std::printf("  %s\n", device["name"].get_ref<const std::string&>().c_str());

@@ -34,13 +34,14 @@ void AddCommonOptions(CLI::App& app, CommonOptions& options)
     app.failure_message(CLI::FailureMessage::simple);
 }
 
-int RunAction(const CommonOptions& options, const Action& action, char** arguments)
+int RunAction(const CommonOptions& options, const Action& action, int argc, char** argv)
 {
     if (options.useVirtual) {
-        const char* const missing = Desk::EnsurePreloaded(arguments);
+        const char* const missing = Desk::EnsurePreloaded(argv);
         if (*missing != '\0')
             return Fail(missing, ExitCode_Failure);
     }
+    const QCoreApplication application(argc, argv);
     try {
         SetUpLog(options.logSink, options.logMasks);
         return action();
@@ -69,8 +70,7 @@ int Run(int argc, char** argv)
             return app.exit(error); // --help and --version
         return Fail(error.what(), ExitCode_Usage);
     }
-    const QCoreApplication application(argc, argv);
-    return RunAction(options, action, argv);
+    return RunAction(options, action, argc, argv);
 }
 
 } // namespace

@@ -98,6 +98,7 @@ void Monitor::AddPort(const std::string& name)
 void Monitor::AddSource(unsigned number, const Tools::TimecodeSource& source)
 {
     m_sources[number].description = source;
+    m_sources[number].next = source.GetStartIndex();
     if (m_simulator)
         return;
     m_simulator = std::make_unique<DeviceSim>(nullptr);
@@ -148,13 +149,18 @@ void Monitor::TakeFrame(unsigned number, const Frame& frame, double seconds)
     Source& source = m_sources.at(number);
     if (m_options.frames && source.frames == *m_options.frames)
         return;
-    if (source.last) {
-        Frame expected = *source.last;
-        expected.add(source.description.backwards ? -1 : 1, source.description.rate);
-        source.dropped += IsSame(frame, expected) ? 0U : 1U;
+    const double rate = source.description.rate;
+    const double step = source.description.backwards ? -1.0 : 1.0;
+    // Positions are followed as the source counts them: a frame alone has lost the fraction that
+    // rates such as 29.97 leave.
+    if (!IsSame(frame, Frame(source.next, rate))) {
+        const auto missing = std::llround((frame.toIndex(rate) - source.next) * step);
+        source.dropped += static_cast<std::size_t>(std::max(missing, 1LL));
+        source.next = frame.toIndex(rate);
     }
-    const bool newSecond = !source.last || source.last->seconds != frame.seconds;
-    source.last = frame;
+    source.next = source.next + step;
+    const bool newSecond = source.lastSecond != frame.seconds;
+    source.lastSecond = frame.seconds;
     ++source.frames;
     ++m_frames;
     if (!m_options.hideFrames || newSecond)
@@ -202,9 +208,10 @@ int Monitor::Run()
 {
     const StopSignals signals([this] { m_loop.quit(); });
     m_clock.start();
+    m_endTimer.setSingleShot(true);
+    QObject::connect(&m_endTimer, &QTimer::timeout, &m_loop, &QEventLoop::quit);
     if (m_options.seconds)
-        QTimer::singleShot(std::chrono::milliseconds(std::llround(*m_options.seconds * 1000)),
-                           &m_loop, &QEventLoop::quit);
+        m_endTimer.start(std::chrono::milliseconds(std::llround(*m_options.seconds * 1000)));
     else if (m_player && !m_options.frames) {
         QObject::connect(&m_playerTimer, &QTimer::timeout, &m_loop, [this] { CheckPlayer(); });
         m_playerTimer.start(PlayerCheckMilliseconds);
@@ -216,7 +223,7 @@ int Monitor::Run()
         m_player->Stop();
     // What was sent before the end may still be on its way.
     while (m_player && !IsEveryMessageIn() && ++m_idleChecks < PatientChecks) {
-        QTimer::singleShot(PlayerCheckMilliseconds, &m_loop, &QEventLoop::quit);
+        m_endTimer.start(PlayerCheckMilliseconds);
         m_loop.exec();
     }
     StopDevices();

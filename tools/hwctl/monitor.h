@@ -53,7 +53,8 @@ public:
 private:
     struct Source {
         Tools::TimecodeSource description;
-        std::optional<Hardware::Timecode::Frame> last;
+        Hardware::Timecode::Index next; ///< position of the frame expected next
+        std::int32_t lastSecond = -1;
         std::size_t frames = 0;
         std::size_t dropped = 0;
     };
@@ -75,6 +76,7 @@ private:
     QElapsedTimer m_clock;
     EventQueue m_queue; // what is posted to it runs on the loop's thread
     QEventLoop m_loop;
+    QTimer m_endTimer;
     QTimer m_playerTimer;
     MidiPlayer* m_player = nullptr;
     int m_idleChecks = 0;

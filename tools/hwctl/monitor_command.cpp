@@ -27,8 +27,10 @@ struct Arguments {
 
 std::vector<std::string> GetAllPorts()
 {
+    const std::list<std::wstring> ports = Hardware::Midi::Device::GetInputs();
     std::vector<std::string> names;
-    for (const std::wstring& name : Hardware::Midi::Device::GetInputs())
+    names.reserve(ports.size());
+    for (const std::wstring& name : ports)
         names.push_back(Tools::NarrowPortName(name));
     return names;
 }
@@ -36,6 +38,7 @@ std::vector<std::string> GetAllPorts()
 std::vector<Tools::TimecodeSource> ParseSources(const std::vector<std::string>& descriptions)
 {
     std::vector<Tools::TimecodeSource> sources;
+    sources.reserve(descriptions.size());
     for (const std::string& description : descriptions)
         sources.push_back(Tools::TimecodeSource::Parse(description));
     return sources;

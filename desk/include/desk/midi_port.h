@@ -51,6 +51,8 @@ public:
     void Fill(std::size_t bytes = 0);
     /// Ends Fill().
     void Drain();
+    /// Lets every read find the end of the file, as after a hang-up.
+    void SetAtEnd(bool atEnd);
     /// The program behind the port dies: it stays listed, but whoever uses it gets ENOTCONN.
     void KillServer();
 
@@ -60,6 +62,8 @@ public:
     int CountOpened() const;
     /// Flags of the last of them, as passed to open().
     int GetLastOpenFlags() const;
+    /// Limit of the last select() on the port, in microseconds; 0 before the first.
+    long GetLastWait() const;
 
     struct Private;
 

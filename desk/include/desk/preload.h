@@ -13,4 +13,7 @@ bool IsPreloaded();
 /// @return an empty text when the libraries are there, else what is missing
 const char* EnsurePreloaded(char** arguments);
 
+/// Hides the machine's own devices from this process, also while there is no test bed.
+void HideMachineDevices();
+
 } // namespace Desk

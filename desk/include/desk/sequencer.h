@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -23,7 +24,8 @@ public:
 
     /// Lists a port under the lowest free index and returns that. A name longer than the 30 bytes
     /// of the kernel's record is cut there, without a terminator.
-    int AddPort(const std::string& name);
+    /// @param prepare makes the port's device file for that index, before the port is listed
+    int AddPort(const std::string& name, const std::function<void(int)>& prepare = {});
     /// Takes a port off the list.
     void RemovePort(int index);
 

@@ -163,6 +163,23 @@ void HandleSignal(int signal)
     errno = error;
 }
 
+/// Takes the handler away when the library is unloaded, so that it does not point into nowhere.
+class HandlerCleanup
+{
+public:
+    HandlerCleanup() = default;
+    ~HandlerCleanup()
+    {
+        struct sigaction current {
+        };
+        if (sigaction(SIGUSR1, nullptr, &current) == 0 && current.sa_handler == &HandleSignal)
+            std::signal(SIGUSR1, SIG_DFL);
+    }
+    HandlerCleanup(const HandlerCleanup&) = delete;
+    HandlerCleanup& operator=(const HandlerCleanup&) = delete;
+};
+const HandlerCleanup g_handlerCleanup;
+
 } // namespace
 
 HARDWARE_REGISTER_ENUM(MscComFormat, MscComFormatDescriptor);
@@ -500,9 +517,11 @@ unsigned int _DeviceImpl::MidiReceiveEntry(void* argument)
 void _DeviceImpl::MidiReceiveThread()
 {
     const unsigned generation = m_receiveGeneration.load(std::memory_order_relaxed);
-    m_receiverStarted.Set();
     HARDWARE_LOG(m_log, Os::Log::Trace, "Starting midi receive thread");
     std::signal(SIGUSR1, &HandleSignal);
+    m_receiverStarted.Set();
+    // A thread that is still ending has the parser until then.
+    const Os::Key turn(m_receiverTurn);
 
     Descriptor input;
     while (IsReceiverWanted(generation))

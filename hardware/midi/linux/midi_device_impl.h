@@ -92,6 +92,7 @@ private:
     // not take a new enable for its own.
     std::atomic<unsigned> m_receiveGeneration{0};
     Os::Event m_receiverStarted{false};
+    Os::CriticalSection m_receiverTurn; // held by the receive thread that may parse
     Os::Log::Context& m_log;
 };
 

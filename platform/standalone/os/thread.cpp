@@ -9,6 +9,7 @@
 
 #include "os/clock_implementation.h"
 #include "os/fatal.h"
+#include "os/fatal_site.h"
 
 namespace Os
 {
@@ -16,7 +17,7 @@ namespace Os
 namespace
 {
 
-constexpr char SourceFile[] = "os/thread.cpp";
+constexpr char FatalSite[] = PLATFORM_FATAL_SITE("os/thread.cpp");
 
 /// The kernel's limit for the name of a thread, without the terminating zero.
 constexpr std::size_t SystemNameLength = 15;
@@ -29,7 +30,7 @@ void SetStackSize(pthread_attr_t& attributes, unsigned stack)
     const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
     const std::size_t wanted = std::max<std::size_t>(stack, smallest);
     OS_VERIFY(pthread_attr_setstacksize(&attributes, (wanted + page - 1) / page * page) == 0,
-              SourceFile);
+              FatalSite);
 }
 
 void SetPriority(pthread_t thread, int priority)
@@ -50,17 +51,17 @@ Thread::Thread(Entry entry, void* argument, const char* name, int priority, unsi
     : m_entry(entry), m_argument(argument), m_name(name), m_slice(slice)
 {
     pthread_attr_t attributes;
-    OS_VERIFY(pthread_attr_init(&attributes) == 0, SourceFile);
+    OS_VERIFY(pthread_attr_init(&attributes) == 0, FatalSite);
     SetStackSize(attributes, stack);
-    OS_VERIFY(pthread_create(&m_handle, &attributes, &Thread::Run, this) == 0, SourceFile);
+    OS_VERIFY(pthread_create(&m_handle, &attributes, &Thread::Run, this) == 0, FatalSite);
     pthread_attr_destroy(&attributes);
     SetPriority(m_handle, priority);
 }
 
 Thread::~Thread()
 {
-    OS_TRAP(pthread_equal(m_handle, pthread_self()), SourceFile);
-    OS_VERIFY(pthread_join(m_handle, nullptr) == 0, SourceFile);
+    OS_TRAP(pthread_equal(m_handle, pthread_self()), FatalSite);
+    OS_VERIFY(pthread_join(m_handle, nullptr) == 0, FatalSite);
 }
 
 void* Thread::Run(void* self)
