@@ -31,6 +31,9 @@ constexpr char FatalSite[] = HARDWARE_FATAL_SITE("midi/linux/midi_device.cpp");
 /// Pause before a port that could not be opened is tried again, and the longest wait for input.
 constexpr unsigned RetryMilliseconds = 250;
 
+/// How often a receive thread looks whether the one before it has ended.
+constexpr unsigned TurnMilliseconds = 10;
+
 constexpr unsigned char SystemExclusiveStart = 0xF0;
 constexpr unsigned char SystemExclusiveEnd = 0xF7;
 
@@ -520,14 +523,27 @@ void _DeviceImpl::MidiReceiveThread()
     HARDWARE_LOG(m_log, Os::Log::Trace, "Starting midi receive thread");
     std::signal(SIGUSR1, &HandleSignal);
     m_receiverStarted.Set();
-    // A thread that is still ending has the parser until then.
-    const Os::Key turn(m_receiverTurn);
 
-    Descriptor input;
-    while (IsReceiverWanted(generation))
-        ReceivePass(input);
-    input.Reset();
+    if (TakeParser(generation)) {
+        Descriptor input;
+        while (IsReceiverWanted(generation))
+            ReceivePass(input);
+        input.Reset();
+        m_parserTaken.store(false, std::memory_order_release);
+    }
     HARDWARE_LOG(m_log, Os::Log::Trace, "Finished midi receive thread");
+}
+
+/// Waits until a thread that is still ending has left the parser. False when this one is no longer
+/// wanted either, since another may have come first.
+bool _DeviceImpl::TakeParser(unsigned generation)
+{
+    while (m_parserTaken.exchange(true, std::memory_order_acquire)) {
+        if (!IsReceiverWanted(generation))
+            return false;
+        Os::Thread::Sleep(TurnMilliseconds);
+    }
+    return true;
 }
 
 bool _DeviceImpl::IsReceiverWanted(unsigned generation) const

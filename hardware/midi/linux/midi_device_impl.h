@@ -64,6 +64,7 @@ private:
 
     void StartReceiving();
     bool IsReceiverWanted(unsigned generation) const;
+    bool TakeParser(unsigned generation);
     void ReceivePass(Descriptor& input);
     void OpenReceiver(Descriptor& input) const;
 
@@ -92,7 +93,7 @@ private:
     // not take a new enable for its own.
     std::atomic<unsigned> m_receiveGeneration{0};
     Os::Event m_receiverStarted{false};
-    Os::CriticalSection m_receiverTurn; // held by the receive thread that may parse
+    std::atomic<bool> m_parserTaken{false}; // by the one receive thread that may parse
     Os::Log::Context& m_log;
 };
 
