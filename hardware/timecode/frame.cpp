@@ -8,13 +8,13 @@
 #include <limits>
 #include <tuple>
 
+#include "timecode/big_endian.h"
+
 namespace Hardware::Timecode
 {
 
 namespace
 {
-
-constexpr unsigned FieldSize = 4;
 
 /// Truncates towards zero. What no int can hold, NaN included, is the lowest int, which is what
 /// x86 gives where the language gives nothing.
@@ -29,21 +29,12 @@ int ToInt(double value)
 
 void WriteField(kel::ostream& out, std::int32_t field)
 {
-    const auto bits = static_cast<std::uint32_t>(field);
-    const std::array<unsigned char, FieldSize> bytes{
-        static_cast<unsigned char>(bits >> 24), static_cast<unsigned char>(bits >> 16),
-        static_cast<unsigned char>(bits >> 8), static_cast<unsigned char>(bits)};
-    out.write(bytes.data(), FieldSize);
+    WriteBigEndian(out, static_cast<std::uint32_t>(field));
 }
 
 std::int32_t ReadField(kel::istream& in)
 {
-    std::array<unsigned char, FieldSize> bytes{};
-    in.read(bytes.data(), FieldSize);
-    std::uint32_t bits = 0;
-    for (const unsigned char byte : bytes)
-        bits = bits << 8 | byte;
-    return static_cast<std::int32_t>(bits);
+    return static_cast<std::int32_t>(ReadBigEndian<std::uint32_t>(in));
 }
 
 auto GetOrder(const Frame& frame)

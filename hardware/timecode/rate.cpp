@@ -9,6 +9,8 @@
 #include <cstdio>
 #include <limits>
 
+#include "timecode/big_endian.h"
+
 namespace Hardware::Timecode
 {
 
@@ -19,7 +21,6 @@ namespace
 constexpr std::array<double, 4> Rates{30.0, 30.0, 25.0, 24.0};
 
 constexpr double LargestDouble = std::numeric_limits<double>::max();
-constexpr unsigned DoubleSize = 8;
 
 /// 1000 / value: from rate to interval and back are the same division.
 double DivideThousandBy(double value)
@@ -29,21 +30,12 @@ double DivideThousandBy(double value)
 
 void Write(kel::ostream& out, double value)
 {
-    const auto bits = std::bit_cast<std::uint64_t>(value);
-    std::array<unsigned char, DoubleSize> bytes{};
-    for (unsigned i = 0; i < DoubleSize; ++i)
-        bytes[i] = static_cast<unsigned char>(bits >> (8 * (DoubleSize - 1 - i)));
-    out.write(bytes.data(), DoubleSize);
+    WriteBigEndian(out, std::bit_cast<std::uint64_t>(value));
 }
 
 double Read(kel::istream& in)
 {
-    std::array<unsigned char, DoubleSize> bytes{};
-    in.read(bytes.data(), DoubleSize);
-    std::uint64_t bits = 0;
-    for (const unsigned char byte : bytes)
-        bits = bits << 8 | byte;
-    return std::bit_cast<double>(bits);
+    return std::bit_cast<double>(ReadBigEndian<std::uint64_t>(in));
 }
 
 void Append(kel::text_base<char>& out, double value)
