@@ -82,18 +82,30 @@ template <class Record> void WriteArgument(UMockdevIoctlClient* client, Record r
     }
 }
 
-gboolean HandleRequest(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer self)
+/// What a signal of the handler carries. The handler's thread may still be about to emit one when
+/// the sequencer has gone, and keeps what it needs itself.
+using Owner = std::shared_ptr<Sequencer::Private>;
+
+gboolean HandleRequest(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer owner)
 {
-    return static_cast<Sequencer::Private*>(self)->Answer(client);
+    return (*static_cast<Owner*>(owner))->Answer(client);
 }
 
-void HandleOpen(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer self)
+void HandleOpen(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer owner)
 {
-    auto& sequencer = *static_cast<Sequencer::Private*>(self);
+    Sequencer::Private& sequencer = **static_cast<Owner*>(owner);
     const std::lock_guard hold(sequencer.mutex);
     g_object_set_data(G_OBJECT(client), CountAtOpen, GSIZE_TO_POINTER(sequencer.ports.size()));
     ++sequencer.opensSeen;
     sequencer.openSeen.notify_all();
+}
+
+template <class Callback>
+void Connect(UMockdevIoctlBase* handler, const char* signal, Callback* callback, const Owner& owner)
+{
+    const auto release = [](gpointer data, GClosure*) { delete static_cast<Owner*>(data); };
+    g_signal_connect_data(handler, signal, G_CALLBACK(callback), new Owner(owner), release,
+                          GConnectFlags(0));
 }
 
 } // namespace
@@ -171,10 +183,8 @@ Sequencer::Sequencer(KernelTestbed& testbed) : m_private(new Private(testbed))
     KernelTestbed::Private& bed = testbed.GetPrivate();
     m_private->device = bed.addDevice(Path);
     m_private->handler = umockdev_ioctl_base_new();
-    g_signal_connect(m_private->handler, "handle-ioctl", G_CALLBACK(HandleRequest),
-                     m_private.get());
-    g_signal_connect(m_private->handler, "client-connected", G_CALLBACK(HandleOpen),
-                     m_private.get());
+    Connect(m_private->handler, "handle-ioctl", HandleRequest, m_private);
+    Connect(m_private->handler, "client-connected", HandleOpen, m_private);
     const std::lock_guard hold(m_private->mutex);
     m_private->RefreshLocked();
     if (!umockdev_testbed_attach_ioctl(bed.testbed, Path, m_private->handler, nullptr))
@@ -185,9 +195,6 @@ Sequencer::~Sequencer()
 {
     KernelTestbed::Private& bed = m_private->testbed.GetPrivate();
     umockdev_testbed_detach_ioctl(bed.testbed, Path, nullptr);
-    // The handler's thread let go of the lock for the last time; what it did is seen here.
-    m_private->mutex.lock();
-    m_private->mutex.unlock();
     g_object_unref(m_private->handler);
     bed.releaseDevice(m_private->device);
     std::filesystem::remove(m_private->testbed.GetPathOf(Path));

@@ -48,7 +48,7 @@ public:
     struct Private;
 
 private:
-    const std::unique_ptr<Private> m_private;
+    const std::shared_ptr<Private> m_private;
 };
 
 } // namespace Desk
