@@ -250,12 +250,14 @@ TEST_F(MidiReceive, KeepsItsPortWhenTheNameChangesUntilItIsSwitched)
     EXPECT_EQ(m_log.Count("Setting Midi input to Pads"), 1U);
     m_keys.Send(Bytes{0xFA});
     ASSERT_TRUE(m_recorder.WaitFor(Event::Short, 1));
+    m_keys.Send(Bytes{0xFC}); // also in the wait that begins after the change
+    ASSERT_TRUE(m_recorder.WaitFor(Event::Short, 2));
     EXPECT_EQ(m_pads.CountOpened(), 0);
     m_device.EnableReceive(false);
     ASSERT_TRUE(StartOn(m_pads));
     m_pads.Send(Bytes{0xFB});
-    ASSERT_TRUE(m_recorder.WaitFor(Event::Short, 2));
-    EXPECT_THAT(m_recorder.GetMessages(), ElementsAre(0xFA, 0xFB));
+    ASSERT_TRUE(m_recorder.WaitFor(Event::Short, 3));
+    EXPECT_THAT(m_recorder.GetMessages(), ElementsAre(0xFA, 0xFC, 0xFB));
 }
 
 TEST_F(MidiReceive, GoesToTheNewNameWhenThePortFails)
