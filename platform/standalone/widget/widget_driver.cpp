@@ -1,0 +1,317 @@
+// SPDX-License-Identifier: MIT
+#include "widget/widget_driver.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "widget/device_record.h"
+#include "widget/signaller_state.h"
+
+namespace Hardware
+{
+
+namespace
+{
+
+constexpr char SourceFile[] = "widget/widget_driver.cpp";
+
+/// Reports that may wait for the driver's thread. Far beyond what hands can do within a second,
+/// and little memory. Attachments and detachments are never refused.
+constexpr std::size_t WaitingLimit = 20000;
+
+} // namespace
+
+WidgetDriver& WidgetDriver::Get()
+{
+    static WidgetDriver driver;
+    return driver;
+}
+
+WidgetDriver::WidgetDriver()
+    : m_log("WidgetDriver", nullptr, Os::Log::AllButTrace), m_thread("Widget Driver")
+{
+}
+
+WidgetDriver::~WidgetDriver()
+{
+    std::shared_ptr<Standalone::WidgetTransport> transport;
+    {
+        const std::lock_guard hold(m_mutex);
+        transport = std::exchange(m_transport, nullptr);
+    }
+    if (transport)
+        transport->SetObserver(nullptr);
+}
+
+void WidgetDriver::SetTransport(std::shared_ptr<Standalone::WidgetTransport> transport)
+{
+    std::shared_ptr<Standalone::WidgetTransport> before;
+    {
+        const std::lock_guard hold(m_mutex);
+        before = std::exchange(m_transport, nullptr);
+    }
+    if (before)
+        before->SetObserver(nullptr);
+    m_thread.Run([this] { DetachAll(); });
+    if (!transport)
+        return;
+    {
+        const std::lock_guard hold(m_mutex);
+        m_transport = transport;
+    }
+    // First the observer, then the list: what is attached in between comes twice and counts once.
+    transport->SetObserver(this);
+    for (const Standalone::WidgetDescription& device : transport->Enumerate())
+        Attached(device);
+    Flush();
+}
+
+void WidgetDriver::Flush()
+{
+    m_thread.Run([] {});
+}
+
+void WidgetDriver::Attached(const Standalone::WidgetDescription& device)
+{
+    m_thread.Post([this, device] { Attach(device); });
+}
+
+void WidgetDriver::Detached(const std::wstring& path)
+{
+    m_thread.Post([this, path] { Detach(path); });
+}
+
+void WidgetDriver::Received(const std::wstring& path, Standalone::Report::Bytes report)
+{
+    const bool isOverflowing = m_thread.CountWaiting() >= WaitingLimit;
+    {
+        const std::lock_guard hold(m_mutex);
+        if (isOverflowing && !m_isOverflowing)
+            OS_LOG(m_log, Os::Log::Error, SourceFile,
+                   "Reports are lost: " << WaitingLimit << " are waiting");
+        m_isOverflowing = isOverflowing;
+    }
+    if (!isOverflowing)
+        m_thread.Post([this, path, report = std::move(report)] { Receive(path, report); });
+}
+
+std::set<WidgetMapData> WidgetDriver::GetClassMapData(const GUID& classId) const
+{
+    const std::lock_guard hold(m_mutex);
+    std::set<WidgetMapData> found;
+    for (const auto& [path, device] : m_devices)
+        if (device.GetClassId() == &classId)
+            found.insert(device);
+    return found;
+}
+
+bool WidgetDriver::RegisterCallback(const GUID& classId, WidgetManager::ClassCallback callback,
+                                    void* context)
+{
+    const Callback entry{&classId, callback, context};
+    const std::lock_guard hold(m_mutex);
+    if (std::find(m_callbacks.begin(), m_callbacks.end(), entry) != m_callbacks.end())
+        return false;
+    m_callbacks.push_back(entry);
+    return true;
+}
+
+bool WidgetDriver::RemoveCallback(const GUID& classId, WidgetManager::ClassCallback callback,
+                                  void* context)
+{
+    const std::lock_guard hold(m_mutex);
+    return std::erase(m_callbacks, Callback{&classId, callback, context}) != 0;
+}
+
+void WidgetDriver::AddSignaller(WidgetSignaller& signaller)
+{
+    const std::lock_guard hold(m_mutex);
+    m_signallers.push_back(&signaller);
+}
+
+void WidgetDriver::RemoveSignaller(WidgetSignaller& signaller)
+{
+    std::unique_lock hold(m_mutex);
+    std::erase(m_signallers, &signaller);
+    if (m_thread.IsCurrent())
+        return;
+    m_delivered.wait(hold, [&] {
+        return std::find(m_delivering.begin(), m_delivering.end(), &signaller) ==
+               m_delivering.end();
+    });
+}
+
+bool WidgetDriver::ReportAttached(WidgetSignaller& signaller, const GUID* classId)
+{
+    // On the thread that attaches and detaches, so that no device is reported twice or missed.
+    return m_thread.Run([this, &signaller, classId] {
+        for (const WidgetMapData& device : GetClassMapData(*classId))
+            DeliverTo(&signaller, [&](WidgetSignaller& target, WidgetSignaller::State& state) {
+                Add(target, state, device);
+            });
+    });
+}
+
+void WidgetDriver::Attach(const Standalone::WidgetDescription& device)
+{
+    WidgetMapData mapData;
+    {
+        const std::lock_guard hold(m_mutex);
+        if (!m_transport || !device.classId || m_devices.contains(device.path))
+            return;
+        mapData = WidgetMapData(std::make_shared<DeviceRecord>(device, m_transport));
+        m_devices.emplace(device.path, mapData);
+    }
+    OS_LOG(m_log, Os::Log::Trace, SourceFile,
+           "Attached " << device.classId->name << " at " << device.path);
+    Deliver([&](WidgetSignaller& signaller, WidgetSignaller::State& state) {
+        Add(signaller, state, mapData);
+    });
+    CallBack(mapData, WidgetEvent_Added);
+}
+
+void WidgetDriver::Detach(const std::wstring& path)
+{
+    WidgetMapData mapData;
+    {
+        const std::lock_guard hold(m_mutex);
+        const auto found = m_devices.find(path);
+        if (found == m_devices.end())
+            return;
+        mapData = found->second;
+        m_devices.erase(found);
+    }
+    OS_LOG(m_log, Os::Log::Trace, SourceFile,
+           "Detached " << mapData.GetClassId()->name << " from " << path);
+    mapData.GetDevice()->Detach();
+    Deliver([&](WidgetSignaller& signaller, WidgetSignaller::State& state) {
+        Remove(signaller, state, mapData);
+    });
+    CallBack(mapData, WidgetEvent_Removed);
+}
+
+void WidgetDriver::DetachAll()
+{
+    std::vector<std::wstring> paths;
+    {
+        const std::lock_guard hold(m_mutex);
+        for (const auto& [path, device] : m_devices)
+            paths.push_back(path);
+    }
+    for (const std::wstring& path : paths)
+        Detach(path);
+}
+
+void WidgetDriver::Receive(const std::wstring& path, const Standalone::Report::Bytes& report)
+{
+    const WidgetMapData mapData = FindDevice(path);
+    if (!mapData.GetDevice())
+        return;
+    auto input = Standalone::Report::DecodeInput(report);
+    if (!input) {
+        OS_LOG(m_log, Os::Log::Error, SourceFile, "A report that cannot be read, from " << path);
+        return;
+    }
+    mapData.GetDevice()->Accept(std::move(*input));
+    Deliver([&](WidgetSignaller& signaller, WidgetSignaller::State& state) {
+        Read(signaller, state, mapData);
+    });
+}
+
+WidgetMapData WidgetDriver::FindDevice(const std::wstring& path) const
+{
+    const std::lock_guard hold(m_mutex);
+    const auto found = m_devices.find(path);
+    return found == m_devices.end() ? WidgetMapData() : found->second;
+}
+
+void WidgetDriver::CallBack(const WidgetMapData& device, WidgetEvent event)
+{
+    std::vector<Callback> callbacks;
+    {
+        const std::lock_guard hold(m_mutex);
+        callbacks = m_callbacks;
+    }
+    for (const Callback& callback : callbacks)
+        if (callback.classId == device.GetClassId())
+            callback.function(device, event, callback.context);
+}
+
+void WidgetDriver::Deliver(const Delivery& delivery)
+{
+    std::vector<WidgetSignaller*> signallers;
+    {
+        const std::lock_guard hold(m_mutex);
+        signallers = m_signallers;
+    }
+    for (WidgetSignaller* const signaller : signallers)
+        DeliverTo(signaller, delivery);
+}
+
+void WidgetDriver::DeliverTo(WidgetSignaller* signaller, const Delivery& delivery)
+{
+    std::shared_ptr<WidgetSignaller::State> state;
+    {
+        const std::lock_guard hold(m_mutex);
+        if (std::find(m_signallers.begin(), m_signallers.end(), signaller) == m_signallers.end())
+            return;
+        state = signaller->m_state;
+        m_delivering.push_back(signaller);
+    }
+    delivery(*signaller, *state);
+    {
+        const std::lock_guard hold(m_mutex);
+        m_delivering.pop_back();
+    }
+    m_delivered.notify_all();
+}
+
+void WidgetDriver::Add(WidgetSignaller& signaller, WidgetSignaller::State& state,
+                       WidgetMapData device)
+{
+    if (!state.Watches(device.GetClassId()))
+        return;
+    state.Keep(device);
+    if (state.autoRead.load(std::memory_order_relaxed))
+        device.GetDevice()->StartReader();
+    Q_EMIT signaller.widgetAdded(device);
+}
+
+void WidgetDriver::Remove(WidgetSignaller& signaller, WidgetSignaller::State& state,
+                          const WidgetMapData& device)
+{
+    // The index is dropped behind the signal: its slots still ask for it.
+    if (state.Watches(device.GetClassId()))
+        Q_EMIT signaller.widgetRemoved(device);
+    state.Drop(device);
+}
+
+void WidgetDriver::Read(WidgetSignaller& signaller, WidgetSignaller::State& state,
+                        const WidgetMapData& device)
+{
+    if (!state.reader || !state.autoRead.load(std::memory_order_relaxed) ||
+        !state.Watches(device.GetClassId()) || !device.GetDevice()->IsReading())
+        return;
+    const std::unique_ptr<UmWidget::Event> event = state.reader(device, state.context);
+    Q_EMIT signaller.widgetRead({device, event.get()});
+}
+
+} // namespace Hardware
+
+namespace Standalone
+{
+
+WidgetConnection::~WidgetConnection() = default;
+WidgetTransport::~WidgetTransport() = default;
+
+void SetWidgetTransport(std::shared_ptr<WidgetTransport> transport)
+{
+    Hardware::WidgetDriver::Get().SetTransport(std::move(transport));
+}
+
+void FlushWidgetDriver()
+{
+    Hardware::WidgetDriver::Get().Flush();
+}
+
+} // namespace Standalone
