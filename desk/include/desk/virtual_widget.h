@@ -87,7 +87,7 @@ public:
     /// Forgets what was written and beaconed.
     void ClearLog();
 
-    static constexpr std::size_t LogLimit = 10000;
+    static constexpr std::size_t LogLimit = 1000;
 
     // The bus's end.
     bool Accept(const Standalone::Report::Bytes& bytes);
