@@ -39,4 +39,6 @@ if(TARGET hwctl)
     install(FILES docs/man/hwctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
     install(DIRECTORY data/midi DESTINATION ${CMAKE_INSTALL_DATADIR}/hardware COMPONENT tools
         FILES_MATCHING PATTERN "*.txt")
+    install(DIRECTORY data/ltc DESTINATION ${CMAKE_INSTALL_DATADIR}/hardware COMPONENT tools
+        FILES_MATCHING PATTERN "*.flac")
 endif()

@@ -7,8 +7,8 @@
 #include <array>
 #include <cmath>
 #include <cstring>
-#include <optional>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>

@@ -16,10 +16,13 @@ namespace
 {
 
 constexpr int BytesPerFrame = 10;
-constexpr int SyncBytes = 2;
+/// Of what follows the last frame: up to the first transition that a decoder needs, and beyond it.
+constexpr int TailBits = 1;
+constexpr int TailBitsBackwards = 17;
 /// The encoder's buffer holds one frame at this part of the speed.
 constexpr double LeastSpeed = 0.09;
-/// Clears the polarity correction bit, which stands alike in two bytes, by rate in one or the other.
+/// Clears the polarity correction bit, which stands alike in two bytes, by rate in one or the
+/// other.
 constexpr std::uint8_t NoParity = 0xF7;
 constexpr int Center = 128;
 constexpr float Amplitude = 127;
@@ -99,11 +102,13 @@ void LtcFrameEncoder::Append(std::vector<float>& samples)
     const std::size_t before = samples.size();
     if (m_number < m_settings.frames) {
         Encode(samples, BytesPerFrame, slowness);
-    } else if (m_settings.backwards) {
-        Encode(samples, SyncBytes, slowness);
     } else {
-        Encode(samples, 1, slowness);
-        samples.resize(before + (samples.size() - before + 7) / 8); // one bit of the eight
+        const int bits = m_settings.backwards ? TailBitsBackwards : TailBits;
+        const int bytes = (bits + 7) / 8;
+        Encode(samples, bytes, slowness);
+        const std::size_t encoded = samples.size() - before;
+        samples.resize(before + encoded * static_cast<std::size_t>(bits) /
+                                    static_cast<std::size_t>(bytes * 8));
     }
     ++m_number;
     const unsigned rate = GetFrameCount(m_settings.rate);

@@ -3,8 +3,9 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
-#include <stdexcept>
 #include <string>
+
+#include "hwctl/command_error.h"
 
 namespace Hwctl
 {
@@ -16,20 +17,18 @@ struct CommonOptions {
     std::string logSink = "stderr";
 };
 
-/// Ends a command with a message on standard error and ExitCode_Failure.
-class CommandError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
-
 /// What a command does once the line is understood; returns an ExitCode.
 typedef std::function<int()> Action;
 
 // Each adds its command to the line and sets @p action when it is chosen. The options outlive it.
 void AddListCommand(CLI::App& app, const CommonOptions& options, Action& action);
+void AddLtcCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddSendCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddSimulateCommand(CLI::App& app, const CommonOptions& options, Action& action);
+
+// The commands behind "ltc".
+void AddLtcDecodeCommand(CLI::App& parent, Action& action);
+void AddLtcGenerateCommand(CLI::App& parent, Action& action);
 
 } // namespace Hwctl

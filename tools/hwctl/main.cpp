@@ -60,6 +60,7 @@ int Run(int argc, char** argv)
     CLI::App app("Looks at and works the hardware of a lighting-control console", "hwctl");
     AddCommonOptions(app, options);
     AddListCommand(app, options, action);
+    AddLtcCommand(app, options, action);
     AddMonitorCommand(app, options, action);
     AddSendCommand(app, options, action);
     AddSimulateCommand(app, options, action);

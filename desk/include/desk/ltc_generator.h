@@ -53,7 +53,7 @@ struct LtcSettings {
     std::optional<double> noise; ///< white noise: signal-to-noise ratio in dB, at every level
     std::uint32_t seed = 1;      ///< of the noise; the same one gives the same noise
     std::vector<LtcDropout> dropouts;
-    std::uint32_t userBits = 0; ///< the first group lowest
+    std::uint32_t userBits = 0; ///< four a group, the first group lowest
     bool parity = true;         ///< sets the polarity correction bit where it belongs
     double leadIn = 0;          ///< silence before the first frame, in seconds
     double leadOut = 0;         ///< silence after the last one, in seconds
@@ -62,7 +62,7 @@ struct LtcSettings {
 /// Makes the audio of longitudinal timecode.
 ///
 /// Behind the last frame there is as much of the next one as a decoder needs to tell that the last
-/// one is whole: one bit, or, backwards, the 16 of the sync word.
+/// one is whole: one bit, or, backwards, the sync word and one bit more.
 class LtcGenerator : public AudioSource
 {
 public:
