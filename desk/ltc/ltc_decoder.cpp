@@ -67,7 +67,6 @@ struct LtcDecoder::Private {
     void Restart();
     void Write(bool high, std::size_t count);
     void Check(const LTCFrameExt& received, const LtcTaker& taker);
-    void StandBefore();
 
     const Transition& Get(std::uint64_t number) const { return transitions[number % Memory]; }
 
@@ -98,13 +97,6 @@ LtcDecoder::Private::Private(unsigned sampleRate)
         throw std::bad_alloc();
 }
 
-/// Without a beginning, no transition belongs to what was before.
-void LtcDecoder::Private::StandBefore()
-{
-    slicer.Forget();
-    away = true;
-}
-
 void LtcDecoder::Private::Write(bool high, std::size_t size)
 {
     size = std::min(size, levels.size());
@@ -132,8 +124,10 @@ void LtcDecoder::Private::Take(float sample, const LtcTaker& taker)
     const bool changed = slicer.Feed(static_cast<float>(value));
     if (changed)
         OnTransition(taker);
-    else if (++unwritten > longestLevel && !away)
-        StandBefore();
+    else if (++unwritten > longestLevel && !away) {
+        slicer.Rest();
+        away = true;
+    }
     energy += value * value;
     ++position;
 }
@@ -219,7 +213,8 @@ void LtcDecoder::Feed(std::span<const float> samples, std::int64_t position, con
 
 void LtcDecoder::Discontinuity()
 {
-    m_private->StandBefore();
+    m_private->slicer.Forget();
+    m_private->away = true;
     m_private->run.Forget();
     m_private->losses.OnDiscontinuity();
 }

@@ -55,6 +55,13 @@ float LtcSlicer::Smooth(float sample)
     return static_cast<float>(m_sum / static_cast<double>(m_filter));
 }
 
+void LtcSlicer::Rest()
+{
+    m_offset += m_before;
+    m_before = 0;
+    Forget();
+}
+
 bool LtcSlicer::Feed(float sample)
 {
     m_offset += (sample - m_offset) * m_offsetStep;

@@ -25,6 +25,8 @@ public:
     void SetFilter(std::size_t length);
     /// Whatever level comes next begins with a transition.
     void Forget() { m_level = Level_Unknown; }
+    /// There is no signal: what is there is the offset, and whatever comes next is a transition.
+    void Rest();
 
     /// Takes one sample; true when the signal has changed its level.
     bool Feed(float sample);

@@ -50,9 +50,10 @@ struct LtcSettings {
     double level = -6;           ///< peak of the signal, in dB of full scale, -60 to 0
     double levelChange = 0;      ///< dB, added to the level in the middle or from there on
     LevelShape levelShape = LevelShape_Sine;
-    std::optional<double> noise; ///< white noise: signal-to-noise ratio in dB, at every level
-    std::uint32_t seed = 1;      ///< of the noise; the same one gives the same noise
-    std::vector<LtcDropout> dropouts;
+    std::optional<double> noise =
+        std::nullopt;       ///< white noise: signal-to-noise ratio in dB, at every level
+    std::uint32_t seed = 1; ///< of the noise; the same one gives the same noise
+    std::vector<LtcDropout> dropouts = {};
     std::uint32_t userBits = 0; ///< four a group, the first group lowest
     bool parity = true;         ///< sets the polarity correction bit where it belongs
     double leadIn = 0;          ///< silence before the first frame, in seconds
