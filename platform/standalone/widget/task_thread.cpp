@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "widget/task_thread.h"
 
-#include <memory>
 #include <utility>
 
 namespace Standalone
@@ -28,6 +27,8 @@ TaskThread::~TaskThread()
     }
     m_changed.notify_all();
     m_thread.reset();
+    std::unique_lock hold(m_mutex);
+    m_changed.wait(hold, [this] { return m_waitingCalls == 0; });
 }
 
 bool TaskThread::Post(Task task)
@@ -48,16 +49,21 @@ bool TaskThread::Run(const Task& task)
         task();
         return true;
     }
-    // Shared with the thread, which may get to the task when this call has given up.
-    const auto done = std::make_shared<bool>(false);
-    const bool isPosted = Post([this, &task, done] {
-        task();
-        const std::lock_guard hold(m_mutex);
-        *done = true;
-    });
     std::unique_lock hold(m_mutex);
-    m_changed.wait(hold, [&] { return *done || m_hasEnded || !isPosted; });
-    return *done;
+    if (m_isEnding)
+        return false;
+    bool isDone = false; // outlives the task: this call waits until it ran or was dropped
+    m_tasks.emplace_back([this, &task, &isDone] {
+        task();
+        const std::lock_guard holdToTell(m_mutex);
+        isDone = true;
+    });
+    ++m_waitingCalls;
+    m_changed.notify_all();
+    m_changed.wait(hold, [&] { return isDone || m_hasEnded; });
+    --m_waitingCalls;
+    m_changed.notify_all();
+    return isDone;
 }
 
 std::size_t TaskThread::CountWaiting() const
@@ -85,14 +91,20 @@ void TaskThread::Work()
         m_changed.wait(hold, [this] { return m_isEnding || !m_tasks.empty(); });
         if (m_isEnding)
             break;
-        const Task task = std::move(m_tasks.front());
+        // Tasks go without the lock: what they hold may post another one as it goes.
+        std::optional<Task> task(std::move(m_tasks.front()));
         m_tasks.pop_front();
         hold.unlock();
-        task();
+        (*task)();
+        task.reset();
         hold.lock();
         m_changed.notify_all();
     }
-    m_tasks.clear();
+    std::deque<Task> dropped;
+    dropped.swap(m_tasks);
+    hold.unlock();
+    dropped.clear();
+    hold.lock();
     m_hasEnded = true;
     m_changed.notify_all();
 }

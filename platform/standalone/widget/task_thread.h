@@ -20,7 +20,8 @@ public:
     typedef std::function<void()> Task;
 
     explicit TaskThread(const char* name);
-    /// Ends after the task that is running; the others are dropped.
+    /// Ends after the task that is running; the others are dropped. Calls that wait for one return
+    /// first.
     ~TaskThread();
     TaskThread(const TaskThread&) = delete;
     TaskThread& operator=(const TaskThread&) = delete;
@@ -41,6 +42,7 @@ private:
     mutable std::mutex m_mutex; // guards all below but the thread
     std::condition_variable m_changed;
     std::deque<Task> m_tasks;
+    unsigned m_waitingCalls = 0;
     bool m_isEnding = false;
     bool m_hasEnded = false;
     std::optional<Os::Thread> m_thread; // last: it uses all the others
