@@ -25,6 +25,8 @@ struct WidgetSignaller::State {
     std::vector<std::optional<WidgetMapData>> slots; // guarded by mutex; by widget index
 
     bool Watches(const GUID* classId);
+    /// False when the class is watched already.
+    bool Watch(const GUID* classId);
     /// The index of a device, an equal one of class and path; -1 when it is unknown.
     int Find(const WidgetMapData& mapData);
     /// Gives a device the lowest free index, unless it has one.

@@ -141,10 +141,12 @@ void WidgetDriver::RemoveSignaller(WidgetSignaller& signaller)
     });
 }
 
-bool WidgetDriver::ReportAttached(WidgetSignaller& signaller, const GUID* classId)
+bool WidgetDriver::Register(WidgetSignaller& signaller, const GUID* classId)
 {
-    // On the thread that attaches and detaches, so that no device is reported twice or missed.
+    // All on the thread that attaches and detaches, so that no device is reported twice or missed.
     return m_thread.Run([this, &signaller, classId] {
+        if (!signaller.m_state->Watch(classId))
+            return;
         for (const WidgetMapData& device : GetClassMapData(*classId))
             DeliverTo(&signaller, [&](WidgetSignaller& target, WidgetSignaller::State& state) {
                 Add(target, state, device);
@@ -165,7 +167,9 @@ void WidgetDriver::Attach(const Standalone::WidgetDescription& device)
     OS_LOG(m_log, Os::Log::Trace, SourceFile,
            "Attached " << device.classId->name << " at " << device.path);
     Deliver([&](WidgetSignaller& signaller, WidgetSignaller::State& state) {
-        Add(signaller, state, mapData);
+        // Known already: a slot before this one registered the class and was told.
+        if (state.Find(mapData) == -1)
+            Add(signaller, state, mapData);
     });
     CallBack(mapData, WidgetEvent_Added);
 }
@@ -281,7 +285,8 @@ void WidgetDriver::Remove(WidgetSignaller& signaller, WidgetSignaller::State& st
                           const WidgetMapData& device)
 {
     // The index is dropped behind the signal: its slots still ask for it.
-    if (state.Watches(device.GetClassId()))
+    // Unknown: a slot before this one registered the class, too late to be told.
+    if (state.Watches(device.GetClassId()) && state.Find(device) != -1)
         Q_EMIT signaller.widgetRemoved(device);
     state.Drop(device);
 }

@@ -48,8 +48,9 @@ public:
     void AddSignaller(WidgetSignaller& signaller);
     /// Waits for a signal that it is raising, unless on the driver's thread.
     void RemoveSignaller(WidgetSignaller& signaller);
-    /// Reports the attached widgets of a class that a signaller has just begun to watch.
-    bool ReportAttached(WidgetSignaller& signaller, const GUID* classId);
+    /// Has a signaller watch a class, and reports the attached widgets of it; nothing when it
+    /// watches the class already. False when the driver is ending.
+    bool Register(WidgetSignaller& signaller, const GUID* classId);
 
 private:
     struct Callback {

@@ -15,6 +15,12 @@ bool WidgetSignaller::State::Watches(const GUID* classId)
     return classes.contains(classId);
 }
 
+bool WidgetSignaller::State::Watch(const GUID* classId)
+{
+    const std::lock_guard hold(mutex);
+    return classes.insert(classId).second;
+}
+
 int WidgetSignaller::State::FindLocked(const WidgetMapData& mapData) const
 {
     const auto found = std::find_if(slots.begin(), slots.end(), [&](const auto& slot) {
@@ -67,12 +73,7 @@ void WidgetSignaller::SetAutoReadRegister(bool autoRead)
 
 bool WidgetSignaller::RegisterWidgetClass(const GUID* classId)
 {
-    {
-        const std::lock_guard hold(m_state->mutex);
-        if (!m_state->classes.insert(classId).second)
-            return true;
-    }
-    return WidgetDriver::Get().ReportAttached(*this, classId);
+    return m_state->Watches(classId) || WidgetDriver::Get().Register(*this, classId);
 }
 
 bool WidgetSignaller::UnregisterWidgetClass(const GUID* classId)
