@@ -45,6 +45,7 @@ WidgetDriver::~WidgetDriver()
 
 void WidgetDriver::SetTransport(std::shared_ptr<Standalone::WidgetTransport> transport)
 {
+    const std::lock_guard holdOthers(m_replacing);
     std::shared_ptr<Standalone::WidgetTransport> before;
     {
         const std::lock_guard hold(m_mutex);
@@ -60,10 +61,12 @@ void WidgetDriver::SetTransport(std::shared_ptr<Standalone::WidgetTransport> tra
         m_transport = transport;
     }
     // First the observer, then the list: what is attached in between comes twice and counts once.
+    // The list in one turn of the thread: what is detached in between is acted on after it.
     transport->SetObserver(this);
-    for (const Standalone::WidgetDescription& device : transport->Enumerate())
-        Attached(device);
-    Flush();
+    m_thread.Run([&] {
+        for (const Standalone::WidgetDescription& device : transport->Enumerate())
+            Attach(device);
+    });
 }
 
 void WidgetDriver::Flush()

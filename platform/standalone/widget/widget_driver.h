@@ -80,6 +80,7 @@ private:
 
     Os::Log::Context m_log;
 
+    std::mutex m_replacing;     // one transport at a time; never taken on the driver's thread
     mutable std::mutex m_mutex; // guards all below but the thread; never held over a slot
     std::condition_variable m_delivered;
     std::shared_ptr<Standalone::WidgetTransport> m_transport;

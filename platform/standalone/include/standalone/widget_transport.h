@@ -52,8 +52,8 @@ public:
     /// Starts telling the observer of devices and reports. Null ends it: no call is running or
     /// comes after this has returned.
     virtual void SetObserver(WidgetObserver* observer) = 0;
-    /// Devices attached now. The driver asks once, after setting the observer; a device it learns
-    /// of twice is one device.
+    /// Devices attached now. The driver asks once, after setting the observer and on a thread of
+    /// its own; a device it learns of twice is one device.
     virtual std::vector<WidgetDescription> Enumerate() = 0;
     /// Opens a device; null when it is not there. A device reports whether or not it is open.
     virtual std::unique_ptr<WidgetConnection> Open(const std::wstring& path) = 0;
