@@ -240,8 +240,15 @@ void WidgetDriver::CallBack(const WidgetMapData& device, WidgetEvent event)
         callbacks = m_callbacks;
     }
     for (const Callback& callback : callbacks)
-        if (callback.classId == device.GetClassId())
+        // Asked each time: one that another has removed is not called any more.
+        if (callback.classId == device.GetClassId() && HasCallback(callback))
             callback.function(device, event, callback.context);
+}
+
+bool WidgetDriver::HasCallback(const Callback& callback) const
+{
+    const std::lock_guard hold(m_mutex);
+    return std::find(m_callbacks.begin(), m_callbacks.end(), callback) != m_callbacks.end();
 }
 
 void WidgetDriver::Deliver(const Delivery& delivery)

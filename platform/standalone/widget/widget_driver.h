@@ -68,6 +68,7 @@ private:
     void Receive(const std::wstring& path, const Standalone::Report::Bytes& report);
     WidgetMapData FindDevice(const std::wstring& path) const;
     void CallBack(const WidgetMapData& device, WidgetEvent event);
+    bool HasCallback(const Callback& callback) const;
     /// Does something with every signaller there is, or with one, that is not destroyed by then.
     void Deliver(const Delivery& delivery);
     void DeliverTo(WidgetSignaller* signaller, const Delivery& delivery);
