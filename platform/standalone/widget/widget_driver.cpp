@@ -86,16 +86,20 @@ void WidgetDriver::Detached(const std::wstring& path)
 
 void WidgetDriver::Received(const std::wstring& path, Standalone::Report::Bytes report)
 {
-    const bool isOverflowing = m_thread.CountWaiting() >= WaitingLimit;
+    const std::size_t waiting = m_thread.CountWaiting();
+    if (waiting < WaitingLimit)
+        m_thread.Post([this, path, report = std::move(report)] { Receive(path, report); });
+    bool isNews = false;
     {
         const std::lock_guard hold(m_mutex);
-        if (isOverflowing && !m_isOverflowing)
-            OS_LOG(m_log, Os::Log::Error, SourceFile,
-                   "Reports are lost: " << WaitingLimit << " are waiting");
-        m_isOverflowing = isOverflowing;
+        // An overflow lasts until half of them are done: one line tells of it, not one for each
+        // time that a report more finds room.
+        m_isOverflowing = m_isOverflowing && waiting > WaitingLimit / 2;
+        isNews = waiting >= WaitingLimit && !std::exchange(m_isOverflowing, true);
     }
-    if (!isOverflowing)
-        m_thread.Post([this, path, report = std::move(report)] { Receive(path, report); });
+    if (isNews)
+        OS_LOG(m_log, Os::Log::Error, SourceFile,
+               "Reports are lost: " << WaitingLimit << " are waiting");
 }
 
 std::set<WidgetMapData> WidgetDriver::GetClassMapData(const GUID& classId) const
