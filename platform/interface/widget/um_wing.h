@@ -22,20 +22,20 @@ public:
     /// Part id and master id of a control.
     typedef std::pair<unsigned short, unsigned short> MapDef;
 
-    enum LedState { LedState_Off, LedState_On, LedState_Flash, LedState_Dim };
+    enum LedState : unsigned { LedState_Off, LedState_On, LedState_Flash, LedState_Dim };
     /// Sections of a wing that can identify themselves one by one.
-    enum WingSections {
+    enum WingSections : unsigned {
         WingSections_All,
         WingSections_Left,
         WingSections_Right,
         WingSections_Centre
     };
-    enum WingMetric {
+    enum WingMetric : unsigned {
         WingMetric_Sections = 0,         ///< sections with masters
         WingMetric_MastersPerSection = 1 ///< masters of each
     };
     /// Lamps and indicators whose brightness a wing sets.
-    enum DimmerIndex {
+    enum DimmerIndex : unsigned {
         DimmerIndex_Leds = 1,
         DimmerIndex_ProgrammerLeds = 2, ///< LEDs of the older programmer wing
         DimmerIndex_BlueDeskLight = 3,

@@ -10,7 +10,7 @@ namespace Hardware
 {
 
 /// What happened to a widget of a watched class.
-enum WidgetEvent { WidgetEvent_Added, WidgetEvent_Removed };
+enum WidgetEvent : unsigned { WidgetEvent_Added, WidgetEvent_Removed };
 
 /// Asks the driver about attached widgets. Any thread may call any operation.
 class PLATFORM_EXPORT WidgetManager
