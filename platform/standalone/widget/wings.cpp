@@ -71,8 +71,8 @@ void Vex4Wing::SetFader(unsigned short mid, unsigned char position)
 
 void Vex4Wing::SetHash(unsigned int hash)
 {
-    GetDevice().SetHash(hash);
-    GetDevice().Write(Report::SetHash{hash});
+    if (GetDevice().Write(Report::SetHash{hash}))
+        GetDevice().SetHash(hash);
 }
 
 unsigned int Vex4Wing::GetHash() const
