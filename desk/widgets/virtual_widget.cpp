@@ -39,11 +39,19 @@ struct VirtualWidget::Private {
     {
     }
 
+    Report::Input MakeFaderReport(std::uint16_t fader, std::int32_t value) const
+    {
+        if (model.hasMotorFaders)
+            return Report::MotorFader{fader, value};
+        return Report::Fader{fader, value};
+    }
+
     const std::weak_ptr<WidgetBus::Private> bus;
     const WidgetData data;
     const Hardware::WingModel& model;
 
-    /// Keeps plugging and telling in one order; taken before the other and before the bus's.
+    /// Keeps plugging, moving and telling in one order; taken before the other and before the
+    /// bus's.
     std::mutex order;
 
     mutable std::mutex mutex; // guards all below
@@ -217,9 +225,24 @@ bool VirtualWidget::IsPlugged() const
     return m_private->isPlugged;
 }
 
+/// Does what a hand does: changes a control, which makes a report, and tells of it, with nothing
+/// told in between. So what was told last is how the control stands.
+template <class Change> void VirtualWidget::Act(Change change)
+{
+    {
+        const std::lock_guard keepOrder(m_private->order);
+        std::unique_lock hold(m_private->mutex);
+        const Report::Input report = change(*m_private);
+        hold.unlock();
+        Tell(Report::Encode(report));
+    }
+    if (const auto bus = m_private->bus.lock())
+        bus->WaitIfWaiting();
+}
+
+/// With the order held.
 void VirtualWidget::Tell(const Report::Bytes& bytes)
 {
-    const std::lock_guard keepOrder(m_private->order);
     const auto bus = m_private->bus.lock();
     if (bus && IsPlugged())
         bus->TellReport(*this, bytes);
@@ -227,7 +250,10 @@ void VirtualWidget::Tell(const Report::Bytes& bytes)
 
 void VirtualWidget::SendBytes(const Report::Bytes& bytes)
 {
-    Tell(bytes);
+    {
+        const std::lock_guard keepOrder(m_private->order);
+        Tell(bytes);
+    }
     if (const auto bus = m_private->bus.lock())
         bus->WaitIfWaiting();
 }
@@ -239,32 +265,26 @@ void VirtualWidget::Send(const Report::Input& report)
 
 void VirtualWidget::Press(std::uint16_t button)
 {
-    {
-        const std::lock_guard hold(m_private->mutex);
-        m_private->buttons[button] = 1;
-    }
-    Send(Report::Button{button, 1});
+    Act([&](Private& state) {
+        state.buttons[button] = 1;
+        return Report::Button{button, 1};
+    });
 }
 
 void VirtualWidget::Release(std::uint16_t button)
 {
-    {
-        const std::lock_guard hold(m_private->mutex);
-        m_private->buttons[button] = 0;
-    }
-    Send(Report::Button{button, 0});
+    Act([&](Private& state) {
+        state.buttons[button] = 0;
+        return Report::Button{button, 0};
+    });
 }
 
 void VirtualWidget::MoveFader(std::uint16_t fader, std::int32_t value)
 {
-    {
-        const std::lock_guard hold(m_private->mutex);
-        m_private->faders[fader] = value;
-    }
-    if (GetModel().hasMotorFaders)
-        Send(Report::MotorFader{fader, value});
-    else
-        Send(Report::Fader{fader, value});
+    Act([&](Private& state) {
+        state.faders[fader] = value;
+        return state.MakeFaderReport(fader, value);
+    });
 }
 
 void VirtualWidget::TurnEncoder(std::uint16_t encoder, std::int32_t delta)
@@ -289,11 +309,10 @@ void VirtualWidget::TouchBar(std::int32_t button, bool pressed)
 
 void VirtualWidget::ChangeLed(std::uint16_t led, std::uint8_t state)
 {
-    {
-        const std::lock_guard hold(m_private->mutex);
-        m_private->leds[led] = state;
-    }
-    Send(Report::LedChange{led, state});
+    Act([&](Private& widget) {
+        widget.leds[led] = state;
+        return Report::LedChange{led, state};
+    });
 }
 
 void VirtualWidget::OpenDrawer()
@@ -323,12 +342,9 @@ void VirtualWidget::MoveDrawer(bool open)
 
 void VirtualWidget::Configure(const std::vector<std::uint8_t>& surfaces)
 {
-    std::uint32_t version = 0;
-    {
-        const std::lock_guard hold(m_private->mutex);
-        version = ++m_private->configurationVersion;
-    }
-    Send(Report::Configuration{DisplayConfiguration, version, surfaces});
+    Act([&](Private& state) {
+        return Report::Configuration{DisplayConfiguration, ++state.configurationVersion, surfaces};
+    });
 }
 
 void VirtualWidget::SendTimecode(const Report::Timecode& timecode)
@@ -339,16 +355,14 @@ void VirtualWidget::SendTimecode(const Report::Timecode& timecode)
 /// Answers a refresh. It never waits: the writer may be a slot, or hold locks that slots take.
 void VirtualWidget::ReportAll()
 {
+    const std::lock_guard keepOrder(m_private->order);
     std::vector<Report::Input> reports;
     {
         const std::lock_guard hold(m_private->mutex);
         for (const auto& [button, state] : m_private->buttons)
             reports.emplace_back(Report::Button{button, static_cast<std::uint8_t>(state)});
         for (const auto& [fader, value] : m_private->faders)
-            if (GetModel().hasMotorFaders)
-                reports.emplace_back(Report::MotorFader{fader, value});
-            else
-                reports.emplace_back(Report::Fader{fader, value});
+            reports.push_back(m_private->MakeFaderReport(fader, value));
     }
     for (const Report::Input& report : reports)
         Tell(Report::Encode(report));

@@ -110,6 +110,7 @@ private:
     struct Private;
     struct OutputHandler;
 
+    template <class Change> void Act(Change change);
     void Tell(const Standalone::Report::Bytes& bytes);
     void MoveDrawer(bool open);
     void ReportAll();
