@@ -37,7 +37,7 @@ if(TARGET hwctl)
     install(TARGETS hwctl COMPONENT tools)
     install(TARGETS desk_preload LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/hardware COMPONENT tools)
     install(FILES docs/man/hwctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
-    install(DIRECTORY data/midi DESTINATION ${CMAKE_INSTALL_DATADIR}/hardware COMPONENT tools
+    install(DIRECTORY data/midi data/wings DESTINATION ${CMAKE_INSTALL_DATADIR}/hardware COMPONENT tools
         FILES_MATCHING PATTERN "*.txt")
     install(DIRECTORY data/ltc DESTINATION ${CMAKE_INSTALL_DATADIR}/hardware COMPONENT tools
         FILES_MATCHING PATTERN "*.flac")

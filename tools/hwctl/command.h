@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "hwctl/command_error.h"
@@ -12,8 +13,10 @@ namespace Hwctl
 
 /// Options that stand before the command and hold for every one.
 struct CommonOptions {
-    bool useVirtual = false; ///< work on virtual devices
-    std::string logMasks;    ///< masks of log contexts
+    bool useVirtual = false;    ///< work on virtual devices
+    std::string widgetFile;     ///< the virtual widgets; empty for a desk of one of each kind
+    std::optional<int> console; ///< model of the console to be; none to be no console
+    std::string logMasks;       ///< masks of log contexts
     std::string logSink = "stderr";
 };
 
@@ -26,6 +29,7 @@ void AddLtcCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddSendCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddSimulateCommand(CLI::App& app, const CommonOptions& options, Action& action);
+void AddWingCommands(CLI::App& app, const CommonOptions& options, Action& action);
 
 // The commands behind "ltc".
 void AddLtcDecodeCommand(CLI::App& parent, Action& action);

@@ -5,13 +5,17 @@
 #include <memory>
 
 #include "common/port_name.h"
+#include "common/wing_name.h"
 #include "hardware/midi/device.h"
 #include "hardware/timecode/enumerations.h"
+#include "hardware/wing_mapper.h"
 #include "hwctl/command.h"
 #include "hwctl/event_printer.h"
 #include "hwctl/exit_code.h"
 #include "hwctl/virtual_devices.h"
 #include "kel/text_base.h"
+#include "widget/ltc_widget.h"
+#include "widget/widget_manager.h"
 #include "xtti/type_reg.h"
 
 namespace Hwctl
@@ -21,7 +25,8 @@ namespace
 {
 
 /// Timecode device classes that the library has.
-constexpr Hardware::TimecodeType TimecodeDevices[] = {Hardware::TimecodeType_Simulated};
+constexpr Hardware::TimecodeType TimecodeDevices[] = {Hardware::TimecodeType_Ltc,
+                                                      Hardware::TimecodeType_Simulated};
 
 std::string GetText(const xtti::type_reg& type, int value)
 {
@@ -57,6 +62,36 @@ nlohmann::json GetEnumerations()
     return list;
 }
 
+std::string GetPath(const Hardware::WidgetMapData& mapData)
+{
+    const std::wstring& path = mapData.GetDevicePath();
+    return {path.begin(), path.end()};
+}
+
+/// Wings and what else goes by a key, as the mapper finds them.
+nlohmann::json GetWings()
+{
+    Hardware::WingMapper::Begin();
+    nlohmann::json list = nlohmann::json::array();
+    for (const Hardware::WidgetKey key : Hardware::WingMapper::Get().connected_wings())
+        if (const Hardware::UmWidget* const wing = Hardware::WingMapper::Get().get_wing(key))
+            list.push_back({{"key", key},
+                            {"name", Tools::GetWingName(key)},
+                            {"path", GetPath(wing->GetMapData())}});
+    Hardware::WingMapper::End();
+    return list;
+}
+
+nlohmann::json GetLtcBoards()
+{
+    nlohmann::json list = nlohmann::json::array();
+    for (const Hardware::WidgetMapData& board :
+         Hardware::WidgetManager::GetClassMapData(GUID_DEVINTERFACE_QRTUMLTCD))
+        list.push_back(
+            {{"serial", Hardware::LtcWidget(board).SerialNumber()}, {"path", GetPath(board)}});
+    return list;
+}
+
 nlohmann::json GetInventory()
 {
     nlohmann::json ports = nlohmann::json::array();
@@ -64,6 +99,8 @@ nlohmann::json GetInventory()
         ports.push_back(Tools::NarrowPortName(name));
     return {{"sequencer", access("/dev/sequencer", F_OK) == 0},
             {"midiPorts", ports},
+            {"wings", GetWings()},
+            {"ltcBoards", GetLtcBoards()},
             {"timecodeDevices", GetTimecodeDevices()},
             {"enumerations", GetEnumerations()}};
 }
@@ -75,6 +112,19 @@ void PrintText(const nlohmann::json& inventory)
         std::printf("  %s\n", port.get_ref<const std::string&>().c_str());
     if (inventory["midiPorts"].empty())
         std::puts(inventory["sequencer"] ? "  none" : "  none: there is no /dev/sequencer");
+    std::puts("\nWings");
+    for (const auto& wing : inventory["wings"])
+        std::printf("  0x%08x  %-24s  at %s\n", wing["key"].get<unsigned>(),
+                    wing["name"].get_ref<const std::string&>().c_str(),
+                    wing["path"].get_ref<const std::string&>().c_str());
+    if (inventory["wings"].empty())
+        std::puts("  none");
+    std::puts("\nLTC boards");
+    for (const auto& board : inventory["ltcBoards"])
+        std::printf("  serial number %u  at %s\n", board["serial"].get<unsigned>(),
+                    board["path"].get_ref<const std::string&>().c_str());
+    if (inventory["ltcBoards"].empty())
+        std::puts("  none");
     std::puts("\nTimecode devices");
     for (const auto& device : inventory["timecodeDevices"])
         std::printf("  %s\n", device["name"].get_ref<const std::string&>().c_str());
@@ -94,11 +144,13 @@ void AddListCommand(CLI::App& app, const CommonOptions& options, Action& action)
 {
     auto json = std::make_shared<bool>(false);
     CLI::App* const command = app.add_subcommand(
-        "list", "List MIDI ports, timecode device types and registered enumerations");
+        "list",
+        "List MIDI ports, wings, LTC boards, timecode device types and registered enumerations");
     command->add_flag("--json", *json, "Print JSON, one object");
     command->callback([json, &options, &action] {
         action = [json, &options] {
-            const auto devices = options.useVirtual ? std::make_unique<VirtualDevices>() : nullptr;
+            const auto devices =
+                options.useVirtual ? std::make_unique<VirtualDevices>(options.widgetFile) : nullptr;
             const nlohmann::json inventory = GetInventory();
             if (*json)
                 std::printf("%s\n", ToLine(inventory).c_str());

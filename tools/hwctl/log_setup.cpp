@@ -31,6 +31,8 @@ void SetUpLog(const std::string& sink, const std::string& masks)
         Standalone::SetLogSink(nullptr);
     else
         Standalone::SetLogSink(std::make_shared<Standalone::StderrSink>());
+    // Which wings come and go is what the tool itself prints.
+    ApplyMasks("default", "Hardware/WingMapper=28");
     // NOLINTNEXTLINE(concurrency-mt-unsafe): there is only one thread yet
     if (const char* const environment = std::getenv(LogVariable))
         ApplyMasks(LogVariable, environment);

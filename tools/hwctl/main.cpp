@@ -8,6 +8,7 @@
 #include "hwctl/command.h"
 #include "hwctl/exit_code.h"
 #include "hwctl/log_setup.h"
+#include "standalone/platform_settings.h"
 
 namespace
 {
@@ -25,6 +26,14 @@ void AddCommonOptions(CLI::App& app, CommonOptions& options)
     app.set_version_flag("--version", "hwctl " HWCTL_VERSION);
     app.add_flag("--virtual", options.useVirtual,
                  "Work on virtual devices instead of the machine's own");
+    app.add_option("--widgets", options.widgetFile,
+                   "JSON file with the virtual widgets, in place of one of each kind")
+        ->check([&options](const std::string&) {
+            return std::string(options.useVirtual ? "" : "needs --virtual before it");
+        });
+    app.add_option("--console", options.console,
+                   "Number of the console's model to be; 7 with --virtual, otherwise no console")
+        ->check(CLI::Range(0, 255));
     app.add_option("--log", options.logMasks,
                    "Log masks, PATH=MASK[,PATH=MASK...], such as Hardware/Midi=31; the variable "
                    "HWCTL_LOG takes the same");
@@ -34,6 +43,15 @@ void AddCommonOptions(CLI::App& app, CommonOptions& options)
     app.failure_message(CLI::FailureMessage::simple);
 }
 
+/// The virtual desk is of a model that has every kind of widget.
+void SetUpPlatform(const CommonOptions& options)
+{
+    constexpr int VirtualConsole = 7;
+    if (options.console || options.useVirtual)
+        Standalone::ConfigurePlatform(
+            Standalone::MakeConsoleSettings(options.console.value_or(VirtualConsole)));
+}
+
 int RunAction(const CommonOptions& options, const Action& action, int argc, char** argv)
 {
     if (options.useVirtual) {
@@ -41,6 +59,7 @@ int RunAction(const CommonOptions& options, const Action& action, int argc, char
         if (*missing != '\0')
             return Fail(missing, ExitCode_Failure);
     }
+    SetUpPlatform(options);
     const QCoreApplication application(argc, argv);
     try {
         SetUpLog(options.logSink, options.logMasks);
@@ -64,6 +83,7 @@ int Run(int argc, char** argv)
     AddMonitorCommand(app, options, action);
     AddSendCommand(app, options, action);
     AddSimulateCommand(app, options, action);
+    AddWingCommands(app, options, action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

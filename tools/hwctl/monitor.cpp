@@ -54,6 +54,8 @@ Monitor::Monitor(const MonitorOptions& options, std::FILE* out)
     unsigned number = 0;
     for (const Tools::TimecodeSource& source : options.sources)
         AddSource(++number, source);
+    if (options.wings)
+        AddWings();
 }
 
 Monitor::~Monitor()
@@ -124,6 +126,59 @@ void Monitor::AddSource(unsigned number, const Tools::TimecodeSource& source)
         Qt::DirectConnection);
 }
 
+/// Takes events of widgets; those of wings count as signals, what the desk shows does not.
+EventTaker Monitor::MakeWidgetTaker(bool counts)
+{
+    return [this, counts](MonitorEvent event) {
+        event.seconds = GetSeconds();
+        m_queue.Post([this, counts, event = std::move(event)] {
+            m_wingSignals += counts ? 1 : 0;
+            m_printer.Print(event);
+        });
+    };
+}
+
+void Monitor::AddWings()
+{
+    m_wings = std::make_unique<WingWatch>(MakeWidgetTaker(true), m_options.echo);
+    m_ltc = std::make_unique<LtcWatch>(
+        MakeWidgetTaker(false),
+        [this](unsigned board, const Frame& frame) { PostBoardFrame(board, frame); });
+}
+
+void Monitor::WatchDesk(const Desk::WidgetBus& bus)
+{
+    m_desk = std::make_unique<DeskWatch>(bus, MakeWidgetTaker(false));
+}
+
+void Monitor::PostBoardFrame(unsigned board, const Frame& frame)
+{
+    const double seconds = GetSeconds();
+    m_queue.Post([this, board, frame, seconds] {
+        ++m_frames;
+        const auto last = m_boardSeconds.find(board);
+        const bool newSecond = last == m_boardSeconds.end() || last->second != frame.seconds;
+        m_boardSeconds[board] = frame.seconds;
+        if (!m_options.hideFrames || newSecond)
+            PrintFrame("timecode ltc " + std::to_string(board), board, frame, seconds);
+    });
+}
+
+void Monitor::PrintFrame(const std::string& source, unsigned number, const Frame& frame,
+                         double seconds)
+{
+    m_printer.Print({seconds,
+                     source,
+                     "frameRead",
+                     frame.toString(),
+                     {{"number", number},
+                      {"hours", frame.hours},
+                      {"minutes", frame.minutes},
+                      {"seconds", frame.seconds},
+                      {"frames", frame.frames},
+                      {"dropFrame", frame.dropFrame}}});
+}
+
 /// Hands an event, and what it counts for, to the loop's thread. Any thread.
 void Monitor::Post(MonitorEvent event, std::size_t messages, std::size_t bytes)
 {
@@ -164,16 +219,7 @@ void Monitor::TakeFrame(unsigned number, const Frame& frame, double seconds)
     ++source.frames;
     ++m_frames;
     if (!m_options.hideFrames || newSecond)
-        m_printer.Print({seconds,
-                         "timecode sim " + std::to_string(number),
-                         "frameRead",
-                         frame.toString(),
-                         {{"number", number},
-                          {"hours", frame.hours},
-                          {"minutes", frame.minutes},
-                          {"seconds", frame.seconds},
-                          {"frames", frame.frames},
-                          {"dropFrame", frame.dropFrame}}});
+        PrintFrame("timecode sim " + std::to_string(number), number, frame, seconds);
     const bool enough = m_options.frames &&
                         std::all_of(m_sources.begin(), m_sources.end(), [this](const auto& entry) {
                             return entry.second.frames == *m_options.frames;
@@ -188,14 +234,26 @@ void Monitor::StartDevices()
         device->EnableReceive(true);
     for (const auto& [number, source] : m_sources)
         source.description.StartOn(*m_simulator, number);
+    if (m_wings) {
+        m_wings->Start();
+        m_ltc->Start();
+    }
     if (m_player)
         m_player->Start();
+    if (m_widgetPlayer)
+        m_widgetPlayer->Start();
 }
 
 void Monitor::StopDevices()
 {
+    if (m_widgetPlayer)
+        m_widgetPlayer->Stop();
     if (m_player)
         m_player->Stop();
+    if (m_wings) {
+        m_ltc->Stop();
+        m_wings->Stop();
+    }
     for (const auto& device : m_devices)
         if (device->IsReceiveEnabled())
             device->EnableReceive(false);
@@ -260,14 +318,17 @@ int Monitor::Summarize()
         dropped = std::to_string(droppedMessages) + " messages";
     if (droppedFrames != 0)
         dropped += (dropped.empty() ? "" : ", ") + std::to_string(droppedFrames) + " frames";
-    m_printer.PrintSummary(std::to_string(m_messages) + " messages, " + std::to_string(bytes) +
-                               " bytes, " + std::to_string(m_frames) +
-                               " frames, dropped: " + (dropped.empty() ? "none" : dropped),
-                           {{"messages", m_messages},
-                            {"bytes", bytes},
-                            {"frames", m_frames},
-                            {"droppedMessages", droppedMessages},
-                            {"droppedFrames", droppedFrames}});
+    m_printer.PrintSummary(
+        std::to_string(m_messages) + " messages, " + std::to_string(bytes) + " bytes, " +
+            std::to_string(m_frames) + " frames, " +
+            (m_options.wings ? std::to_string(m_wingSignals) + " wing signals, " : std::string()) +
+            "dropped: " + (dropped.empty() ? "none" : dropped),
+        {{"messages", m_messages},
+         {"bytes", bytes},
+         {"frames", m_frames},
+         {"wingSignals", m_wingSignals},
+         {"droppedMessages", droppedMessages},
+         {"droppedFrames", droppedFrames}});
     return dropped.empty() ? ExitCode_Success : ExitCode_Failure;
 }
 

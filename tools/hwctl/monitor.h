@@ -13,9 +13,13 @@
 #include "common/timecode_source.h"
 #include "hardware/midi/device.h"
 #include "hardware/timecode/device_sim.h"
+#include "hwctl/desk_watch.h"
 #include "hwctl/event_printer.h"
 #include "hwctl/event_queue.h"
+#include "hwctl/ltc_watch.h"
 #include "hwctl/midi_player.h"
+#include "hwctl/widget_player.h"
+#include "hwctl/wing_watch.h"
 
 namespace Hwctl
 {
@@ -24,6 +28,8 @@ namespace Hwctl
 struct MonitorOptions {
     std::vector<std::string> ports;             ///< MIDI ports to receive from
     std::vector<Tools::TimecodeSource> sources; ///< simulated timecode to run
+    bool wings = false;                         ///< watch wings and LTC boards
+    bool echo = false;                          ///< a pressed button lights its LED
     std::optional<double> seconds;              ///< ends after so long
     std::optional<unsigned> frames;             ///< ends after so many frames of every source
     bool json = false;
@@ -47,6 +53,10 @@ public:
     /// set.
     void SetPlayer(MidiPlayer* player) { m_player = player; }
 
+    /// Does things to virtual widgets while the monitor runs, and prints what is done to them.
+    void SetWidgetPlayer(WidgetPlayer* player) { m_widgetPlayer = player; }
+    void WatchDesk(const Desk::WidgetBus& bus);
+
     /// Runs, prints the summary and returns an ExitCode: failure when anything was dropped.
     int Run();
 
@@ -61,6 +71,11 @@ private:
 
     void AddPort(const std::string& name);
     void AddSource(unsigned number, const Tools::TimecodeSource& source);
+    void AddWings();
+    EventTaker MakeWidgetTaker(bool counts);
+    void PostBoardFrame(unsigned board, const Hardware::Timecode::Frame& frame);
+    void PrintFrame(const std::string& source, unsigned number,
+                    const Hardware::Timecode::Frame& frame, double seconds);
     void Post(MonitorEvent event, std::size_t messages, std::size_t bytes);
     void PostFrame(unsigned number, const Hardware::Timecode::Frame& frame);
     void TakeFrame(unsigned number, const Hardware::Timecode::Frame& frame, double seconds);
@@ -79,6 +94,7 @@ private:
     QTimer m_endTimer;
     QTimer m_playerTimer;
     MidiPlayer* m_player = nullptr;
+    WidgetPlayer* m_widgetPlayer = nullptr;
     int m_idleChecks = 0;
 
     // On the loop's thread only.
@@ -86,10 +102,15 @@ private:
     std::size_t m_messages = 0;
     std::size_t m_bytes = 0;
     std::size_t m_frames = 0;
+    std::size_t m_wingSignals = 0;
+    std::map<unsigned, std::int32_t> m_boardSeconds; // last second printed, by board
 
     // Last, so that their threads end before what they report to.
     std::vector<std::unique_ptr<Hardware::Midi::Device>> m_devices;
     std::unique_ptr<Hardware::Timecode::DeviceSim> m_simulator;
+    std::unique_ptr<WingWatch> m_wings;
+    std::unique_ptr<LtcWatch> m_ltc;
+    std::unique_ptr<DeskWatch> m_desk;
 };
 
 } // namespace Hwctl

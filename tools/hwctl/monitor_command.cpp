@@ -20,6 +20,9 @@ struct Arguments {
     std::vector<std::string> hide;
     std::string play;
     std::string playOn;
+    std::string work;
+    std::string ltc;
+    bool echo = false;
     bool noWait = false;
     double seconds = 0;
     bool json = false;
@@ -54,6 +57,8 @@ int RunMonitor(const CommonOptions& common, const Arguments& arguments, bool has
     MonitorOptions options;
     options.sources = ParseSources(arguments.simulate);
     options.json = arguments.json;
+    options.wings = true;
+    options.echo = arguments.echo;
     options.hideClock = Contains(arguments.hide, "clock");
     options.hideFrames = Contains(arguments.hide, "frames");
     if (hasSeconds)
@@ -62,7 +67,8 @@ int RunMonitor(const CommonOptions& common, const Arguments& arguments, bool has
     Tools::MidiRecording recording;
     if (!arguments.play.empty())
         recording = Tools::MidiRecording::Read(arguments.play);
-    const auto devices = common.useVirtual ? std::make_unique<VirtualDevices>() : nullptr;
+    const auto devices =
+        common.useVirtual ? std::make_unique<VirtualDevices>(common.widgetFile) : nullptr;
     std::unique_ptr<MidiPlayer> player;
     if (!arguments.play.empty()) {
         Desk::MidiPort& port =
@@ -75,13 +81,25 @@ int RunMonitor(const CommonOptions& common, const Arguments& arguments, bool has
     for (const std::string& port : arguments.ports)
         if (!Contains(present, port.c_str()))
             throw CommandError("MIDI port '" + port + "' not found");
-    if (options.ports.empty() && options.sources.empty())
+    if (options.ports.empty() && options.sources.empty() && !devices)
         throw CommandError(
             "nothing to monitor: no MIDI port was found and no timecode is simulated");
+    std::unique_ptr<WidgetPlayer> widgetPlayer;
+    if (!arguments.work.empty())
+        widgetPlayer = std::make_unique<WidgetPlayer>(Tools::WidgetScript::Read(arguments.work),
+                                                      devices->GetBus());
 
     Monitor monitor(options, stdout);
     monitor.SetPlayer(player.get());
-    return monitor.Run();
+    monitor.SetWidgetPlayer(widgetPlayer.get());
+    if (devices)
+        monitor.WatchDesk(devices->GetBus());
+    if (!arguments.ltc.empty())
+        devices->PlayTimecode(arguments.ltc);
+    const int code = monitor.Run();
+    if (devices)
+        devices->StopTimecode();
+    return code;
 }
 
 } // namespace
@@ -89,8 +107,11 @@ int RunMonitor(const CommonOptions& common, const Arguments& arguments, bool has
 void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& action)
 {
     auto arguments = std::make_shared<Arguments>();
+    const auto needsVirtual = [&options](const std::string&) {
+        return std::string(options.useVirtual ? "" : "needs --virtual before the command");
+    };
     CLI::App* const command =
-        app.add_subcommand("monitor", "Print every MIDI and timecode signal, one line each");
+        app.add_subcommand("monitor", "Print every MIDI, timecode and wing signal, one line each");
     command->add_option("-p,--port", arguments->ports,
                         "MIDI port to receive from; may be repeated; all ports if not given");
     command->add_option("-s,--simulate", arguments->simulate,
@@ -100,14 +121,21 @@ void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& acti
         command
             ->add_option("--play", arguments->play,
                          "Recording to play into a virtual MIDI port; needs --virtual")
-            ->check([&options](const std::string&) {
-                return std::string(options.useVirtual ? "" : "needs --virtual before the command");
-            });
+            ->check(needsVirtual);
     command
         ->add_option("--play-on", arguments->playOn,
                      "Virtual port to play it on; the first one if not given")
         ->needs(play);
     command->add_flag("--no-wait", arguments->noWait, "Play without pauses")->needs(play);
+    command
+        ->add_option("--work", arguments->work,
+                     "Script of what hands do to the virtual widgets; needs --virtual")
+        ->check(needsVirtual);
+    command
+        ->add_option("--ltc", arguments->ltc,
+                     "Timecode audio to play into the virtual LTC board; needs --virtual")
+        ->check(needsVirtual);
+    command->add_flag("--echo", arguments->echo, "Light a button's LED for as long as it is held");
     CLI::Option* const seconds =
         command
             ->add_option("--for", arguments->seconds,

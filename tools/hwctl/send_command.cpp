@@ -75,7 +75,8 @@ void Send(Sender& device, const Arguments& arguments)
 
 int RunSend(const CommonOptions& options, const Arguments& arguments)
 {
-    const auto devices = options.useVirtual ? std::make_unique<VirtualDevices>() : nullptr;
+    const auto devices =
+        options.useVirtual ? std::make_unique<VirtualDevices>(options.widgetFile) : nullptr;
     const std::wstring port = Tools::WidenPortName(arguments.port);
     const auto present = Hardware::Midi::Device::GetOutputs();
     if (std::find(present.begin(), present.end(), port) == present.end())

@@ -1,16 +1,48 @@
 // SPDX-License-Identifier: MIT
 #include "hwctl/virtual_devices.h"
 
-#include "hwctl/command.h"
+#include <fstream>
+#include <sstream>
+
+#include "desk/audio_file.h"
+#include "hwctl/command_error.h"
 
 namespace Hwctl
 {
 
-VirtualDevices::VirtualDevices() : m_sequencer(m_testbed)
+namespace
+{
+
+std::vector<Desk::WidgetData> ReadWidgets(const std::string& file)
+{
+    if (file.empty())
+        return {{"PlaybackWing", 291, L"playback"},
+                {"ExpansionWing", 2, L"expansion"},
+                {"Vex4ExternalPlayback", 3, L"motor"},
+                {"Vex4DeskPlayback", 4, L"panel"},
+                {"Vex4DeskProgrammer", 5, L"keyboard"},
+                {"TrackballWidget", 6, L"trackball"},
+                {"Vex4TopBox", 7, L"bar"},
+                {"LtcWidget", 8, L"ltc"}};
+    std::ifstream in(file);
+    if (!in)
+        throw CommandError("cannot read '" + file + "'");
+    std::ostringstream text;
+    text << in.rdbuf();
+    return Desk::ReadWidgetData(text.str());
+}
+
+} // namespace
+
+VirtualDevices::VirtualDevices(const std::string& widgetFile) : m_sequencer(m_testbed)
 {
     for (const char* const name : {"Stage Keyboard", "Show Control"})
         m_ports.push_back(std::make_unique<Desk::MidiPort>(m_testbed, m_sequencer, name));
+    for (const Desk::WidgetData& data : ReadWidgets(widgetFile))
+        m_bus.Add(data);
 }
+
+VirtualDevices::~VirtualDevices() = default;
 
 Desk::MidiPort& VirtualDevices::GetPort(const std::string& name)
 {
@@ -18,6 +50,30 @@ Desk::MidiPort& VirtualDevices::GetPort(const std::string& name)
         if (port->GetName() == name)
             return *port;
     throw CommandError("MIDI port '" + name + "' not found");
+}
+
+Desk::VirtualWidget* VirtualDevices::FindWidget(std::uint32_t key) const
+{
+    for (Desk::VirtualWidget* const widget : m_bus.GetWidgets())
+        if (widget->GetKey() == key && widget->IsPlugged())
+            return widget;
+    return nullptr;
+}
+
+void VirtualDevices::PlayTimecode(const std::string& file)
+{
+    Desk::VirtualWidget* board = nullptr;
+    for (Desk::VirtualWidget* const widget : m_bus.GetWidgets())
+        if (!board && widget->GetModel().classId == &GUID_DEVINTERFACE_QRTUMLTCD)
+            board = widget;
+    if (!board)
+        throw CommandError("there is no LTC board to play timecode into");
+    const auto send = [board](const Desk::LtcFrame& frame) {
+        board->SendTimecode({frame.time.hours, frame.time.minutes, frame.time.seconds,
+                             frame.time.frames, frame.time.dropFrame});
+    };
+    m_ltc = std::make_unique<Desk::LtcPlayer>(std::make_unique<Desk::AudioFile>(file), send,
+                                              Desk::LtcPlayer::LossTaker());
 }
 
 } // namespace Hwctl

@@ -6,27 +6,46 @@
 #include <vector>
 
 #include "desk/kernel_testbed.h"
+#include "desk/ltc_player.h"
 #include "desk/midi_port.h"
 #include "desk/sequencer.h"
+#include "desk/virtual_widget.h"
+#include "desk/widget_bus.h"
+#include "hwctl/event_printer.h"
 
 namespace Hwctl
 {
 
-/// The devices that --virtual works on: a test bed with two MIDI ports.
+/// The devices that --virtual works on: a test bed with two MIDI ports, and a bus with widgets.
 class VirtualDevices
 {
 public:
-    VirtualDevices();
+    /// @param widgetFile JSON file with the widgets; empty for a desk of one of each kind
+    explicit VirtualDevices(const std::string& widgetFile);
+    ~VirtualDevices();
+    VirtualDevices(const VirtualDevices&) = delete;
+    VirtualDevices& operator=(const VirtualDevices&) = delete;
 
     /// The port of that name; throws CommandError when there is none.
     Desk::MidiPort& GetPort(const std::string& name);
     /// The first port, which recordings play on unless told otherwise.
     Desk::MidiPort& GetFirstPort() { return *m_ports.front(); }
 
+    Desk::WidgetBus& GetBus() { return m_bus; }
+    /// The plugged widget of a key; null when there is none.
+    Desk::VirtualWidget* FindWidget(std::uint32_t key) const;
+
+    /// Plays timecode audio into the first LTC board, in real time; throws CommandError when there
+    /// is none, and std::runtime_error when the file cannot be read.
+    void PlayTimecode(const std::string& file);
+    void StopTimecode() { m_ltc.reset(); }
+
 private:
     Desk::KernelTestbed m_testbed;
     Desk::Sequencer m_sequencer;
     std::vector<std::unique_ptr<Desk::MidiPort>> m_ports;
+    Desk::WidgetBus m_bus;
+    std::unique_ptr<Desk::LtcPlayer> m_ltc; // plays into the bus
 };
 
 } // namespace Hwctl

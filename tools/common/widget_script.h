@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "desk/widget_bus.h"
+
+namespace Tools
+{
+
+/// What hands do to virtual widgets, as a text: one step a line, "SECONDS PATH VERB [NUMBER...]",
+/// '#' begins a remark. Verbs: plug, unplug, press, release, fader, encoder, roll, axis, touch,
+/// untouch, led, open, close, configure.
+class WidgetScript
+{
+public:
+    struct Step {
+        double seconds; ///< since the start, never less than the step before
+        std::wstring path;
+        std::string verb;
+        std::vector<int> numbers;
+    };
+
+    /// Throws std::invalid_argument, with the line's number, for a text that is no script.
+    static WidgetScript Parse(const std::string& text);
+    /// Reads a file; throws std::runtime_error when it cannot.
+    static WidgetScript Read(const std::string& file);
+
+    const std::vector<Step>& GetSteps() const { return m_steps; }
+    /// Does one step. Throws std::invalid_argument when there is no widget at its path.
+    static void Do(const Step& step, const Desk::WidgetBus& bus);
+
+private:
+    std::vector<Step> m_steps;
+};
+
+} // namespace Tools

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "common/wing_name.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "standalone/wing_table.h"
+
+namespace Tools
+{
+
+namespace
+{
+
+constexpr unsigned long LargestSerialNumber = 0xFFFF;
+constexpr unsigned long LargestKey = 0xFFFFFFFF;
+
+/// A whole number in decimal or, with 0x, in hexadecimal.
+bool ParseNumber(const std::string& text, unsigned long largest, unsigned long& number)
+{
+    try {
+        std::size_t end = 0;
+        const bool isHex = text.starts_with("0x") || text.starts_with("0X");
+        number = std::stoul(text, &end, isHex ? 16 : 10);
+        return end == text.size() && text.front() != '-' && text.front() != '+' &&
+               number <= largest;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+} // namespace
+
+std::string GetWingName(std::uint32_t key)
+{
+    const auto& models = Standalone::GetWingModels();
+    const auto found =
+        std::find_if(models.begin(), models.end(), [key](const Hardware::WingModel& model) {
+            return model.kind && *model.kind == key >> 16U;
+        });
+    return found == models.end() ? std::to_string(key)
+                                 : found->name + "/" + std::to_string(key & LargestSerialNumber);
+}
+
+std::uint32_t ParseWingKey(const std::string& text)
+{
+    unsigned long number = 0;
+    const std::size_t slash = text.find('/');
+    if (slash == std::string::npos && ParseNumber(text, LargestKey, number))
+        return static_cast<std::uint32_t>(number);
+    const Hardware::WingModel* const model =
+        slash == std::string::npos ? nullptr : Standalone::FindWingModel(text.substr(0, slash));
+    if (!model || !model->kind || !ParseNumber(text.substr(slash + 1), LargestSerialNumber, number))
+        throw std::invalid_argument("'" + text +
+                                    "' is no wing: MODEL/SERIAL, such as PlaybackWing/291, or the "
+                                    "number of its key");
+    return *model->kind << 16U | static_cast<std::uint32_t>(number);
+}
+
+} // namespace Tools

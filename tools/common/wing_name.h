@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace Tools
+{
+
+/// "PlaybackWing/291" of a wing's key; the key's number where the kind is unknown.
+std::string GetWingName(std::uint32_t key);
+
+/// The key that a name or a number stands for: as above, decimal, or hexadecimal with 0x.
+/// Throws std::invalid_argument for anything else.
+std::uint32_t ParseWingKey(const std::string& text);
+
+} // namespace Tools
