@@ -19,12 +19,15 @@ TEST(HwctlList, ShowsPortsTimecodeDevicesAndEnumerations)
                                              "  Show Control\n"
                                              "  Stage Keyboard\n"
                                              "\n"
-                                             "Timecode devices\n"
-                                             "  Simulated\n"
-                                             "\n"
-                                             "Enumerations\n"
-                                             "  849  Hardware::TimecodeFormat\n"
-                                             "          0  SMPTE 30\n"));
+                                             "Wings\n"));
+    EXPECT_THAT(run.out, testing::HasSubstr("\n\n"
+                                            "Timecode devices\n"
+                                            "  LTC\n"
+                                            "  Simulated\n"
+                                            "\n"
+                                            "Enumerations\n"
+                                            "  849  Hardware::TimecodeFormat\n"
+                                            "          0  SMPTE 30\n"));
     EXPECT_THAT(run.out, testing::HasSubstr("  975  Hardware::MscComFormat\n"
                                             "          1  01: General Lighting\n"));
 }
@@ -34,7 +37,8 @@ TEST(HwctlList, HasTheSameAsJson)
     const auto run = RunHwctl({"--virtual", "list", "--json"});
     const auto json = nlohmann::json::parse(run.out);
     EXPECT_EQ(json["midiPorts"], nlohmann::json({"Show Control", "Stage Keyboard"}));
-    EXPECT_EQ(json["timecodeDevices"], nlohmann::json({{{"type", 5}, {"name", "Simulated"}}}));
+    EXPECT_EQ(json["timecodeDevices"], nlohmann::json({{{"type", 1}, {"name", "LTC"}},
+                                                       {{"type", 5}, {"name", "Simulated"}}}));
     ASSERT_EQ(json["enumerations"].size(), 4U);
     EXPECT_EQ(json["enumerations"][3]["code"], 975);
     EXPECT_EQ(json["enumerations"][3]["highest"], 127);

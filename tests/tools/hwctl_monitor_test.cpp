@@ -29,9 +29,10 @@ TEST(HwctlMonitor, PrintsAWholePerformanceAndDropsNothing)
     EXPECT_EQ(run.err, "");
     const auto lines = run.GetLines();
     ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines.back(), "summary: 643 messages, 1083 bytes, 0 frames, dropped: none");
-    // Two ports are switched on and off, the rest are messages.
-    EXPECT_EQ(lines.size(), 643U + 4U + 1U);
+    EXPECT_EQ(lines.back(),
+              "summary: 643 messages, 1083 bytes, 0 frames, 7 wing signals, dropped: none");
+    // Two ports are switched on and off, seven wings and a board are there, the rest are messages.
+    EXPECT_EQ(lines.size(), 643U + 4U + 8U + 1U);
 }
 
 TEST(HwctlMonitor, SaysInWordsWhatComesIn)
@@ -69,7 +70,8 @@ TEST(HwctlMonitor, ReportsWhatNobodyListenedToAsDropped)
     const auto run = Play({"--port", "Show Control"});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_THAT(run.out,
-                HasSubstr("summary: 0 messages, 1083 bytes, 0 frames, dropped: 643 messages\n"));
+                HasSubstr("summary: 0 messages, 1083 bytes, 0 frames, 7 wing signals, dropped: 643 "
+                          "messages\n"));
 }
 
 TEST(HwctlMonitor, PrintsJsonObjects)

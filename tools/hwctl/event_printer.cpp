@@ -10,7 +10,7 @@ namespace
 {
 
 /// Width of the source's column; a longer source pushes its line to the right.
-constexpr int SourceWidth = 28;
+constexpr int SourceWidth = 20;
 
 } // namespace
 

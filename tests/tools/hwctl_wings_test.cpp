@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: MIT
+// Wings and LTC boards on the command line.
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "tools/hwctl_process.h"
+
+namespace
+{
+
+using testing::Contains;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using TestSupport::HwctlRun;
+using TestSupport::RunHwctl;
+
+/// A folder of its own, gone afterwards.
+class HwctlWings : public testing::Test
+{
+protected:
+    HwctlWings()
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "hwctl-wings-XXXXXX").string();
+        EXPECT_NE(mkdtemp(name.data()), nullptr);
+        m_folder = name;
+    }
+    ~HwctlWings() override { std::filesystem::remove_all(m_folder); }
+
+    std::string Write(const std::string& text) const
+    {
+        const std::filesystem::path file = m_folder / "file";
+        std::ofstream(file) << text;
+        return file.string();
+    }
+
+    std::filesystem::path m_folder;
+};
+
+constexpr char TwoWings[] = R"([{"model": "Vex4Pixi", "serial": 9, "path": "here"},
+                               {"model": "Vex4Petite", "serial": 1}])";
+
+} // namespace
+
+TEST_F(HwctlWings, ListShowsEveryVirtualWingAndBoard)
+{
+    const auto run = RunHwctl({"--virtual", "list"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.err, "");
+    EXPECT_THAT(run.out, HasSubstr("\nWings\n  0x00010123  PlaybackWing/291"));
+    EXPECT_THAT(run.out, HasSubstr("at trackball\n"));
+    EXPECT_THAT(run.out, HasSubstr("\nLTC boards\n  serial number 8  at ltc\n"));
+}
+
+TEST_F(HwctlWings, ListWithoutADeskHasNone)
+{
+    const auto run = RunHwctl({"list"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.out, HasSubstr("\nWings\n  none\n"));
+    EXPECT_THAT(run.out, HasSubstr("\nLTC boards\n  none\n"));
+}
+
+TEST_F(HwctlWings, WidgetsComeFromAFile)
+{
+    const auto run = RunHwctl({"--virtual", "--widgets", Write(TwoWings), "list", "--json"});
+    EXPECT_EQ(run.exitCode, 0);
+    const auto inventory = nlohmann::json::parse(run.out);
+    ASSERT_EQ(inventory["wings"].size(), 2U);
+    EXPECT_EQ(inventory["wings"][0]["key"], 0x50009);
+    EXPECT_EQ(inventory["wings"][0]["name"], "Vex4Pixi/9");
+    EXPECT_EQ(inventory["wings"][0]["path"], "here");
+    EXPECT_THAT(inventory["ltcBoards"], IsEmpty());
+}
+
+TEST_F(HwctlWings, AWidgetFileThatIsNoneIsAUsageError)
+{
+    const auto run = RunHwctl({"--virtual", "--widgets", Write("[{}]"), "list"});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_THAT(run.err, HasSubstr("every widget needs a \"model\""));
+    EXPECT_EQ(RunHwctl({"--widgets", Write(TwoWings), "list"}).exitCode, 2);
+}
+
+TEST_F(HwctlWings, TheConsoleDecidesWhichSectionsAreThere)
+{
+    EXPECT_THAT(RunHwctl({"--virtual", "list"}).out, HasSubstr("Vex4DeskPlayback/4"));
+    const auto run = RunHwctl({"--virtual", "--console", "9", "list"});
+    EXPECT_THAT(run.out, Not(HasSubstr("Vex4DeskPlayback/4")));
+    EXPECT_THAT(run.out, HasSubstr("TrackballWidget/6"));
+}
+
+TEST_F(HwctlWings, LedSetsOneLedASectionOrAll)
+{
+    EXPECT_EQ(RunHwctl({"--virtual", "led", "Vex4ExternalPlayback/3", "flash", "--part", "71",
+                        "--master", "2"})
+                  .out,
+              "desk motor: LED 11 set to 2\n");
+    EXPECT_EQ(RunHwctl({"--virtual", "led", "0x40003", "on"}).out,
+              "desk motor: all LEDs set to 1\n");
+    EXPECT_EQ(RunHwctl({"--virtual", "led", "PlaybackWing/291", "on", "--section", "0"})
+                  .GetLines()
+                  .size(),
+              50U);
+}
+
+TEST_F(HwctlWings, LedSaysWhenNothingReachedTheWing)
+{
+    const auto run = RunHwctl({"--virtual", "led", "PlaybackWing/291", "on"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.out, "nothing reached the wing\n");
+}
+
+TEST_F(HwctlWings, FaderMovesAMotorFader)
+{
+    EXPECT_EQ(RunHwctl({"--virtual", "fader", "Vex4ExternalPlayback/3", "10", "255"}).out,
+              "desk motor: motor fader 9 moved to 255\n");
+}
+
+TEST_F(HwctlWings, BeaconNamesTheSectionWhereAWingHasSome)
+{
+    EXPECT_EQ(RunHwctl({"--virtual", "beacon", "ExpansionWing/2", "--section", "right"}).out,
+              "desk expansion: beacon, section 2\n");
+    EXPECT_EQ(RunHwctl({"--virtual", "beacon", "PlaybackWing/291"}).out,
+              "desk playback: beacon, section 0\n");
+}
+
+TEST_F(HwctlWings, AWingThatIsNotThereIsAFailure)
+{
+    for (const char* const command : {"beacon", "led", "fader"}) {
+        std::vector<std::string> arguments{"--virtual", command, "PlaybackWing/1"};
+        if (command == std::string("led"))
+            arguments.emplace_back("on");
+        if (command == std::string("fader"))
+            arguments.insert(arguments.end(), {"1", "1"});
+        const auto run = RunHwctl(arguments);
+        EXPECT_EQ(run.exitCode, 1) << command;
+        EXPECT_EQ(run.err, "hwctl: wing PlaybackWing/1 is not attached\n");
+    }
+}
+
+TEST_F(HwctlWings, WhatIsNoWingIsAUsageError)
+{
+    const auto run = RunHwctl({"--virtual", "beacon", "Sofa/1"});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_THAT(run.err, HasSubstr("'Sofa/1' is no wing"));
+    EXPECT_EQ(RunHwctl({"--virtual", "fader", "PlaybackWing/1", "1", "256"}).exitCode, 2);
+    EXPECT_EQ(RunHwctl({"--virtual", "led", "PlaybackWing/1", "pink"}).exitCode, 2);
+}
+
+TEST_F(HwctlWings, MonitorPrintsWhatHandsDoAndEchoesPresses)
+{
+    const std::string script = Write("0 motor press 11\n0 motor release 11\n0 trackball axis 2 1\n"
+                                     "0 playback fader 1 9\n0 panel open\n0 expansion unplug\n");
+    const auto run = RunHwctl({"--virtual", "monitor", "--work", script, "--echo", "--for", "1"});
+    EXPECT_EQ(run.exitCode, 0);
+    const auto lines = run.GetLines();
+    for (const char* const text :
+         {"button 71 of master 2 pressed", "LED 11 set to 1", "button 71 of master 2 released",
+          "LED 11 set to 0", "trackball by 0, 0, ring by 1", "fader 1 at 9",
+          "keyboard drawer opened"})
+        EXPECT_THAT(lines, Contains(EndsWith(text)));
+    EXPECT_THAT(run.out, HasSubstr("wing ExpansionWing/2"));
+    EXPECT_THAT(lines, Contains(EndsWith("removed")));
+}
+
+TEST_F(HwctlWings, MonitorPrintsTheFramesOfAnLtcBoard)
+{
+    const auto run = RunHwctl({"--virtual", "monitor", "--ltc",
+                               DATA_FOLDER "/ltc/timecode_25fps.flac", "--for", "2", "--json"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.out, HasSubstr("\"source\":\"timecode ltc 0\",\"text\":\"10:00:00:00\""));
+}
+
+TEST_F(HwctlWings, MonitorRefusesAScriptForWidgetsThatAreNotThere)
+{
+    const auto run =
+        RunHwctl({"--virtual", "monitor", "--work", Write("0 sofa press 1"), "--for", "1"});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_THAT(run.err, HasSubstr("there is no widget at 'sofa'"));
+    EXPECT_EQ(RunHwctl({"monitor", "--work", Write(""), "--for", "1"}).exitCode, 2);
+}
