@@ -54,7 +54,7 @@ public:
         const std::size_t halves = m_halves;
         const std::size_t bit = std::min(halves / 2, LtcBitCount - 1);
         const std::size_t at = m_reverse ? LtcBitCount - 1 - bit : bit;
-        const bool one = (m_bits[at / 8] >> at % 8 & 1U) != 0;
+        const bool one = (static_cast<unsigned>(m_bits[at / 8]) >> at % 8 & 1U) != 0;
         m_halves += one ? 1 : 2;
         return static_cast<double>(halves) / static_cast<double>(LtcBitCount) - 1.0;
     }
@@ -72,10 +72,11 @@ public:
     void Add(double x, double y)
     {
         double power = 1;
-        for (std::size_t i = 0; i < m_powers.size(); ++i, power *= x) {
+        for (std::size_t i = 0; i < m_powers.size(); ++i) {
             m_powers[i] += power;
             if (i < m_moments.size())
                 m_moments[i] += power * y;
+            power *= x;
         }
     }
 

@@ -60,14 +60,14 @@ bool LtcPlayer::Private::WaitFor(std::int64_t position)
 
 void LtcPlayer::Private::Say(const LtcResult& result)
 {
-    const auto* const frame = std::get_if<LtcFrame>(&result);
-    const auto* const loss = std::get_if<LtcLoss>(&result);
-    if (!WaitFor((frame ? frame->lastSample : loss->lastSample) + 1))
+    if (!WaitFor(std::visit([](const auto& what) { return what.lastSample; }, result) + 1))
         return;
-    if (frame && onFrame)
-        onFrame(*frame);
-    if (loss && onLoss)
-        onLoss(*loss);
+    if (const auto* const frame = std::get_if<LtcFrame>(&result)) {
+        if (onFrame)
+            onFrame(*frame);
+    } else if (onLoss) {
+        onLoss(std::get<LtcLoss>(result));
+    }
 }
 
 void LtcPlayer::Private::Play()

@@ -57,13 +57,15 @@ bool LtcRun::IsWhereExpected(const LtcCandidate& frame) const
     return false;
 }
 
-void LtcRun::Adopt(const LtcCandidate& frame, bool continues)
+void LtcRun::LearnRate(const LtcCandidate& before, const LtcCandidate& frame)
 {
     // The first frame number of a second tells the rate, in whichever direction it is passed.
-    if (continues && frame.parity && m_last && frame.time.seconds != m_last->time.seconds)
-        m_framesPerSecond = std::max(frame.time.frames, m_last->time.frames) + 1U;
-    if (!continues)
-        m_framesPerSecond = 0;
+    if (frame.parity && frame.time.seconds != before.time.seconds)
+        m_framesPerSecond = std::max(frame.time.frames, before.time.frames) + 1U;
+}
+
+void LtcRun::Adopt(const LtcCandidate& frame)
+{
     m_last = frame;
     m_withheld.reset();
 }
@@ -72,7 +74,8 @@ bool LtcRun::Accept(const LtcCandidate& frame)
 {
     const bool adjacent = m_last && IsNextTo(*m_last, frame);
     if (adjacent && Follows(*m_last, frame, 1)) {
-        Adopt(frame, true);
+        LearnRate(*m_last, frame);
+        Adopt(frame);
         return true;
     }
     if (!frame.parity)
@@ -82,7 +85,9 @@ bool LtcRun::Accept(const LtcCandidate& frame)
     const bool begins = !adjacent && frame.clean;
     const bool expected = m_last && !adjacent && IsWhereExpected(frame);
     if (confirms || begins || expected) {
-        Adopt(frame, expected);
+        if (!expected)
+            m_framesPerSecond = 0;
+        Adopt(frame);
         return true;
     }
     m_withheld = frame;

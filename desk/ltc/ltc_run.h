@@ -33,7 +33,8 @@ private:
     bool Follows(const LtcCandidate& before, const LtcCandidate& frame, unsigned steps) const;
     /// Whether it stands in time where it does in the audio, as far as a short gap can tell.
     bool IsWhereExpected(const LtcCandidate& frame) const;
-    void Adopt(const LtcCandidate& frame, bool continues);
+    void LearnRate(const LtcCandidate& before, const LtcCandidate& frame);
+    void Adopt(const LtcCandidate& frame);
 
     std::optional<LtcCandidate> m_last;     ///< delivered last
     std::optional<LtcCandidate> m_withheld; ///< right in itself, but its time needs another's word

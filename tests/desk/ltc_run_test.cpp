@@ -86,6 +86,14 @@ TEST_F(LtcRunTest, GoesOverTheEndOfASecondAtAnyRateUntilItKnowsWhich)
     EXPECT_TRUE(Accept("10:00:01:25", 26, false));
 }
 
+TEST_F(LtcRunTest, LearnsNoRateFromAGap)
+{
+    EXPECT_TRUE(Accept("10:00:00:23", 0));
+    EXPECT_TRUE(Accept("10:00:01:13", 15));
+    for (int i = 14; i < 25; ++i)
+        EXPECT_TRUE(Accept(("10:00:01:" + std::to_string(i)).c_str(), 2 + i));
+}
+
 TEST_F(LtcRunTest, SkipsWhatDropFrameLeavesOut)
 {
     EXPECT_TRUE(Accept("10;00;59;29", 0));
