@@ -15,13 +15,14 @@ namespace
 struct Place {
     std::size_t byte;
     std::uint8_t tensMask;
-    unsigned limit;
 };
 
-constexpr Place Frames{0, 0x03, 30};
-constexpr Place Seconds{2, 0x07, 60};
-constexpr Place Minutes{4, 0x07, 60};
-constexpr Place Hours{6, 0x03, 24};
+constexpr Place Frames{0, 0x03};
+constexpr Place Seconds{2, 0x07};
+constexpr Place Minutes{4, 0x07};
+constexpr Place Hours{6, 0x03};
+/// Most frames that any rate has in a second.
+constexpr unsigned MostFrames = 30;
 /// In the byte of the tens of frames.
 constexpr std::uint8_t DropFrameBit = 0x04;
 
@@ -29,10 +30,9 @@ std::optional<std::uint8_t> GetNumber(const LtcBits& bits, const Place& place)
 {
     const unsigned units = bits[place.byte] & 0x0FU;
     const unsigned tens = bits[place.byte + 1] & place.tensMask;
-    const unsigned number = tens * 10 + units;
-    if (units > 9 || number >= place.limit)
+    if (units > 9)
         return std::nullopt;
-    return static_cast<std::uint8_t>(number);
+    return static_cast<std::uint8_t>(tens * 10 + units);
 }
 
 void SetNumber(LtcBits& bits, const Place& place, unsigned number)
@@ -122,7 +122,7 @@ std::optional<LtcTime> GetTime(const LtcBits& bits)
         return std::nullopt;
     const bool dropFrame = (bits[Frames.byte + 1] & DropFrameBit) != 0;
     const LtcTime time{*hours, *minutes, *seconds, *frames, dropFrame};
-    return IsValid(time, Frames.limit) ? std::optional(time) : std::nullopt;
+    return IsValid(time, MostFrames) ? std::optional(time) : std::nullopt;
 }
 
 void SetTime(LtcBits& bits, const LtcTime& time)

@@ -138,16 +138,18 @@ TEST(LtcDiscontinuity, AnywhereInAFrameNeverMakesAWrongOne)
 
 TEST(LtcDiscontinuity, InThePositionsIsOne)
 {
+    // A stub of five bits, and then the frame after the next one, one sample later than it came.
     const Audio audio = Generate({.frames = 10});
     const std::span<const float> all(audio.samples);
+    constexpr std::size_t Stub = 1920 * 3 + 120;
     Decoded decoded;
     LtcDecoder decoder(48000);
-    decoder.Feed(all.first(1920 * 3 + 960), 0, decoded.GetTaker());
-    decoder.Feed(all.subspan(1920 * 4 + 960), 1920 * 4 + 960, decoded.GetTaker());
+    decoder.Feed(all.first(Stub), 0, decoded.GetTaker());
+    decoder.Feed(all.subspan(1920 * 4), Stub + 1, decoded.GetTaker());
     decoder.Finish(decoded.GetTaker());
-    EXPECT_EQ(decoded.frames.size(), 8U);
+    EXPECT_EQ(decoded.frames.size(), 9U);
     ASSERT_EQ(decoded.losses.size(), 1U);
-    EXPECT_EQ(decoded.losses[0].frames, 2U);
+    EXPECT_EQ(decoded.losses[0].frames, 1U);
 }
 
 TEST(LtcLoss, BehindTheLastFrameIsReportedAtTheEndIfThereIsSignal)

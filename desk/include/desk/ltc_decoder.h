@@ -39,7 +39,9 @@ typedef std::function<void(const LtcResult& result)> LtcTaker;
 /// A frame is known once the transition behind it is: the one that begins the frame after it, or
 /// any last one. Backwards, where its sync word comes first, only the sync word of the frame after
 /// it tells, 16 bits later. So audio of N frames gives all N if one more transition follows, or,
-/// backwards, 16 more bits. Silence before the first frame does no harm.
+/// backwards, 16 more bits. Silence before the first frame does no harm. Far from the common speed,
+/// the first frame or two go into finding it, up to two seconds of audio where there is noise as
+/// well. A frame whose end falls on a discontinuity has no transition behind it and is lost.
 ///
 /// A frame is delivered if its bits can be right:
 /// - Its digits and numbers are a time, and one that drop frame, if set, does not leave out.
