@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+
+// The identifiers of all classes, as a library sees them that is loaded at run time.
+
+#include "widget/class_ids.h"
+
+extern "C" __attribute__((visibility("default"))) const GUID* const* GetProbedClasses()
+{
+    static const GUID* const classes[] = {
+        &GUID_DEVINTERFACE_QRTUMPLAYBACKWING,
+        &GUID_DEVINTERFACE_QRTUMEXPANSIONWING,
+        &GUID_DEVINTERFACE_QRTUMPROGRAMMERWING,
+        &GUID_DEVINTERFACE_QRTUMVNEXT_EXTERNAL_PLAYBACKWING,
+        &GUID_DEVINTERFACE_QRTUMVNEXT_EXTERNAL_PIXI,
+        &GUID_DEVINTERFACE_QRTUMVNEXT_KEYSTONE,
+        &GUID_DEVINTERFACE_QRTUMVNEXT_SPRIG,
+        &GUID_DEVINTERFACE_QRTUMVNEXT_PETITE,
+        &GUID_DEVINTERFACE_QRTUMVNEXTPLAYBACKWING,
+        &GUID_DEVINTERFACE_QRTUMVNEXTPROGRAMWING,
+        &GUID_DEVINTERFACE_QRTUMVNEXT_TARNEL,
+        &GUID_DEVINTERFACE_QRTUMVNEXT_BRAMBLE,
+        &GUID_DEVINTERFACE_QRTUMVEX4TOUCHD,
+        &GUID_DEVINTERFACE_QRTUMTBALLD,
+        &GUID_DEVINTERFACE_QRTUMLTCD,
+    };
+    return classes;
+}
