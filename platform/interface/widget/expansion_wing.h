@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <mutex>
 
 #include "widget/um_wing.h"
@@ -45,9 +46,9 @@ public:
     bool WriteCells();
 
 private:
-    mutable std::mutex m_mutex;
-    std::array<unsigned char, DisplayCount> m_surfaces{};               // guarded by m_mutex
-    std::array<unsigned int, DisplayCount * CellsPerDisplay> m_cells{}; // guarded by m_mutex
+    mutable std::mutex m_mutex; // guards all below
+    std::array<unsigned char, DisplayCount> m_surfaces{};
+    std::array<unsigned int, std::size_t{DisplayCount} * CellsPerDisplay> m_cells{};
 };
 
 } // namespace Hardware

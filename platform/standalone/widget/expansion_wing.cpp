@@ -56,7 +56,7 @@ unsigned int ExpansionWing::GetCell(unsigned char display, unsigned cell) const
 void ExpansionWing::ClearCells(unsigned char display)
 {
     const std::lock_guard hold(m_mutex);
-    std::fill_n(m_cells.begin() + display * CellsPerDisplay, CellsPerDisplay, 0U);
+    std::fill_n(m_cells.begin() + std::size_t{display} * CellsPerDisplay, CellsPerDisplay, 0U);
 }
 
 bool ExpansionWing::WriteCells()

@@ -285,7 +285,7 @@ void WidgetDriver::DeliverTo(WidgetSignaller* signaller, const Delivery& deliver
 }
 
 void WidgetDriver::Add(WidgetSignaller& signaller, WidgetSignaller::State& state,
-                       WidgetMapData device)
+                       const WidgetMapData& device)
 {
     if (!state.Watches(device.GetClassId()))
         return;

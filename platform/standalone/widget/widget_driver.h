@@ -29,7 +29,7 @@ public:
     static WidgetDriver& Get();
 
     WidgetDriver();
-    ~WidgetDriver();
+    virtual ~WidgetDriver();
     WidgetDriver(const WidgetDriver&) = delete;
     WidgetDriver& operator=(const WidgetDriver&) = delete;
 
@@ -73,7 +73,7 @@ private:
     void Deliver(const Delivery& delivery);
     void DeliverTo(WidgetSignaller* signaller, const Delivery& delivery);
     static void Add(WidgetSignaller& signaller, WidgetSignaller::State& state,
-                    WidgetMapData device);
+                    const WidgetMapData& device);
     static void Remove(WidgetSignaller& signaller, WidgetSignaller::State& state,
                        const WidgetMapData& device);
     static void Read(WidgetSignaller& signaller, WidgetSignaller::State& state,
