@@ -121,7 +121,7 @@ TEST_F(WingBeaconTest, KindsThatCannotBeaconDoNothing)
 {
     TestSupport::SetConsole(7);
     const TestSupport::LogCapture log("Hardware", Os::Log::AllLevels);
-    for (const unsigned kind : {0U, 3U, 7U, 8U, 9U, 10U, 15U, 16U, 19U, 20U, 255U})
+    for (const unsigned kind : {0U, 3U, 7U, 8U, 9U, 10U, 15U, 16U, 19U, 20U, 129U, 132U, 255U})
         EXPECT_THAT(GetBeaconed(kind << 16U | 5U), IsEmpty()) << kind;
     EXPECT_THAT(log.GetTexts(), IsEmpty());
 }

@@ -9,6 +9,7 @@
 #include <random>
 
 #include "hardware/wing_beacon.h"
+#include "os/log.h"
 #include "wings/wing_bench.h"
 
 using Hardware::UmWing;
@@ -39,6 +40,7 @@ protected:
     WingStorm()
     {
         TestSupport::SetConsole(7);
+        Os::Log::Context::Find("Hardware/WingMapper")->SetMask(0); // a line for each plugging
         const char* const models[] = {"PlaybackWing",         "ExpansionWing",  "ProgrammerWing",
                                       "Vex4ExternalPlayback", "Vex4Pixi",       "Vex4Keystone",
                                       "Vex4DeskPlayback",     "TrackballWidget"};
@@ -193,6 +195,29 @@ TEST_F(WingStorm, GoesOnWhileTheMapperBeginsAndEnds)
     }
     WingMapper::Begin();
     ExpectConsistentMap();
+}
+
+TEST(WingStormDeathTest, TheProcessEndsWhileWingsAreAtWork)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto work = [] {
+        // Neither is ever destroyed: wings are at work until the very end.
+        auto* const bus = new Desk::WidgetBus;
+        Desk::VirtualWidget& wing = bus->Add({"PlaybackWing", 1, {}});
+        WingMapper::Begin();
+        bus->SetWaiting(false);
+        std::thread([&wing] {
+            for (;;) {
+                wing.Press(1);
+                wing.Unplug();
+                wing.Plug();
+                std::this_thread::sleep_for(std::chrono::microseconds(100));
+            }
+        }).detach();
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        std::exit(0);
+    };
+    EXPECT_EXIT(work(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(WingStorm, KeepsToItsMemory)
