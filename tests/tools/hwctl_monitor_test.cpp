@@ -78,7 +78,7 @@ TEST(HwctlMonitor, PrintsJsonObjects)
 {
     const auto run = Play({"--json"});
     const auto lines = run.GetLines();
-    ASSERT_EQ(lines.size(), 648U);
+    ASSERT_EQ(lines.size(), 656U);
     bool found = false;
     for (const std::string& line : lines) {
         const auto json = nlohmann::json::parse(line);
@@ -109,7 +109,8 @@ TEST(HwctlMonitor, EndsWithASummaryOnAnInterrupt)
 {
     const auto run = RunHwctl({"--virtual", "monitor"}, {}, "receiving\n");
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.GetLines().back(), "summary: 0 messages, 0 bytes, 0 frames, dropped: none");
+    EXPECT_EQ(run.GetLines().back(),
+              "summary: 0 messages, 0 bytes, 0 frames, 7 wing signals, dropped: none");
 }
 
 } // namespace
