@@ -56,8 +56,8 @@ public:
     /// Lets the thread go on and waits until it has acted on everything.
     void End()
     {
+        m_gate.Set(); // first: the removal waits for a call that is running
         Hardware::WidgetManager::RemoveClassCallback(GUID_DEVINTERFACE_QRTUMLTCD, &Wait, this);
-        m_gate.Set();
         Standalone::FlushWidgetDriver();
     }
 

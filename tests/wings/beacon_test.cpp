@@ -41,26 +41,35 @@ protected:
     {
         for (const Hardware::WingModel& model : Standalone::GetWingModels())
             for (std::uint16_t serialNumber = 5; serialNumber <= 6; ++serialNumber)
-                m_bus.Add({model.name, serialNumber, {}});
+                Add(model.name, serialNumber);
     }
 
-    /// Beacons a key, and returns what was beaconed: model/serial number/section.
+    /// A widget whose beacons are taken down, model/serial number/section, in the order of time.
+    Desk::VirtualWidget& Add(const std::string& model, std::uint16_t serialNumber,
+                             const std::wstring& path = {})
+    {
+        Desk::VirtualWidget& widget = m_bus.Add({model, serialNumber, path});
+        QObject::connect(
+            &widget, &Desk::VirtualWidget::beaconed, &m_context,
+            [this, name = model + "/" + std::to_string(serialNumber) + "/"](unsigned char section) {
+                m_beaconed.push_back(name + std::to_string(section));
+            },
+            Qt::DirectConnection);
+        return widget;
+    }
+
+    /// Beacons a key, and returns what was beaconed.
     std::vector<std::string> GetBeaconed(Hardware::WidgetKey key)
     {
         WingBeacon::Get().beacon(key, Section);
-        std::vector<std::string> beaconed;
-        for (Desk::VirtualWidget* const widget : m_bus.GetWidgets()) {
-            for (const int section : widget->GetBeacons())
-                beaconed.push_back(widget->GetData().model + "/" +
-                                   std::to_string(*widget->GetData().serialNumber) + "/" +
-                                   std::to_string(section));
+        for (Desk::VirtualWidget* const widget : m_bus.GetWidgets())
             EXPECT_EQ(widget->CountOpen(), 0) << widget->GetData().model;
-            widget->ClearLog();
-        }
-        return beaconed;
+        return std::exchange(m_beaconed, {});
     }
 
     Desk::WidgetBus m_bus;
+    std::vector<std::string> m_beaconed;
+    QObject m_context;
 };
 
 std::vector<std::string> MakeBoth(const std::string& model)
@@ -98,14 +107,23 @@ TEST_F(WingBeaconTest, FindsTheWingOfTheKindAndSerialNumber)
 
 TEST_F(WingBeaconTest, BeaconsOnlyThePlaybackWingOfThatSerialNumber)
 {
-    m_bus.Add({"PlaybackWing", 0x0123, {}});
+    Add("PlaybackWing", 0x0123);
     EXPECT_THAT(GetBeaconed(65536 + 0x0123), ElementsAre("PlaybackWing/291/0"));
 }
 
 TEST_F(WingBeaconTest, BeaconsEveryWingOfThatSerialNumber)
 {
-    m_bus.Add({"PlaybackWing", 5, {}});
+    Add("PlaybackWing", 5);
     EXPECT_THAT(GetBeaconed(0x10005), ElementsAre("PlaybackWing/5/0", "PlaybackWing/5/0"));
+}
+
+TEST_F(WingBeaconTest, GoesThroughTheWingsByTheirPaths)
+{
+    TestSupport::SetConsole(9);
+    Add("Vex4Tarnel", 8, L"a");
+    Add("Vex4Tarnel", 7, L"zz");
+    EXPECT_THAT(GetBeaconed(0xB0000), ElementsAre("Vex4Tarnel/8/0", "Vex4Tarnel/5/0",
+                                                  "Vex4Tarnel/6/0", "Vex4Tarnel/7/0"));
 }
 
 TEST_F(WingBeaconTest, PassesEachSectionOn)

@@ -142,12 +142,14 @@ TEST_F(WingMapperAttach, TheRemovalOfAWingThatIsNotHeldIsSilent)
     Desk::VirtualWidget& wing = Add("PlaybackWing");
     WingMapper::End();
     WingMapper::Begin();
-    m_recorder.Take();
     wing.Unplug();
-    EXPECT_THAT(m_recorder.Take(), ElementsAre("wing_change 65537 0"));
+    EXPECT_THAT(m_recorder.Take(),
+                ElementsAre("wing_change 65537 1", "wing_change 65537 1", "wing_change 65537 0"));
+    const TestSupport::LogCapture log;
     QMetaObject::invokeMethod(&m_mapper, "wing_remove", Qt::DirectConnection,
                               Q_ARG(Hardware::WidgetMapData, Hardware::WidgetMapData()));
     EXPECT_THAT(m_recorder.GetSignals(), IsEmpty());
+    EXPECT_THAT(log.GetTexts(), IsEmpty());
 }
 
 TEST_F(WingMapperAttach, AWidgetThatTheFactoryDoesNotMakeIsKeptUnderKeyZero)
@@ -203,6 +205,27 @@ TEST_F(WingMapperAttach, TheTrackballIsNoWingButHasAWidget)
     WingMapper::Begin();
     EXPECT_FALSE(m_mapper.is_wing_connected(0x80001));
     EXPECT_NE(dynamic_cast<Hardware::TrackballWidget*>(m_mapper.get_wing(0x80001)), nullptr);
+}
+
+TEST_F(WingMapperAttach, EndDestroysTheWingsItHeld)
+{
+    Desk::VirtualWidget& wing = Add("PlaybackWing");
+    WingMapper::Begin();
+    Hardware::WidgetMapData mapData = m_mapper.get_wing(Playback)->GetMapData();
+    mapData.StopReader();
+    EXPECT_EQ(wing.CountOpen(), 1); // held by the wing alone
+    WingMapper::End();
+    EXPECT_EQ(wing.CountOpen(), 0);
+}
+
+TEST_F(WingMapperAttach, AWingThatIsReplacedIsDestroyed)
+{
+    Desk::VirtualWidget& first = Add("PlaybackWing", 1, L"a");
+    WingMapper::Begin();
+    Hardware::WidgetMapData mapData = m_mapper.get_wing(Playback)->GetMapData();
+    mapData.StopReader();
+    Add("PlaybackWing", 1, L"b");
+    EXPECT_EQ(first.CountOpen(), 0);
 }
 
 TEST_F(WingMapperAttach, UnknownKeysHaveNoWing)

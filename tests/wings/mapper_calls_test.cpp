@@ -231,7 +231,7 @@ TEST(WingMapperCallsDeathTest, AConnectionThatFailsIsFatal)
     }
 }
 
-TEST(WingMapperCalls, ItsSignallersAreItsChildrenAndReadByThemselves)
+TEST(WingMapperCalls, ItsSignallersAreItsChildren)
 {
     const auto signallers = WingMapper::Get().findChildren<Hardware::WidgetSignaller*>();
     EXPECT_EQ(signallers.size(), 3);

@@ -219,6 +219,17 @@ TEST_F(WingMapperEvents, AnEventGoesToTheWingOfItsDeviceNotOfItsKey)
     EXPECT_THAT(m_recorder.GetSignals(), ElementsAre("button_press 65538 70 1 1"));
 }
 
+TEST_F(WingMapperEvents, NoLockIsHeldOverASignal)
+{
+    Desk::VirtualWidget& wing = Add("Vex4Pixi");
+    // End() takes the lock for writing.
+    QObject::connect(
+        &m_mapper, &WingMapper::button_press, &m_recorder, [] { WingMapper::End(); },
+        Qt::DirectConnection);
+    wing.Press(0);
+    EXPECT_THAT(m_mapper.connected_wings(), IsEmpty());
+}
+
 TEST_F(WingMapperEvents, ASlotMayUnplugTheWingItHearsFrom)
 {
     Desk::VirtualWidget& wing = Add("Vex4Pixi");

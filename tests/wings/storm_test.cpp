@@ -201,7 +201,9 @@ TEST(WingStormDeathTest, TheProcessEndsWhileWingsAreAtWork)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto work = [] {
-        // Neither is ever destroyed: wings are at work until the very end.
+        // The bus is never destroyed: wings are at work until the very end. The mapper is made
+        // first, so that it goes last.
+        WingMapper::Get();
         auto* const bus = new Desk::WidgetBus;
         Desk::VirtualWidget& wing = bus->Add({"PlaybackWing", 1, {}});
         WingMapper::Begin();
@@ -217,7 +219,20 @@ TEST(WingStormDeathTest, TheProcessEndsWhileWingsAreAtWork)
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         std::exit(0);
     };
-    EXPECT_EXIT(work(), testing::ExitedWithCode(0), "");
+    for (int round = 0; round < 5; ++round)
+        EXPECT_EXIT(work(), testing::ExitedWithCode(0), "");
+}
+
+TEST(WingStormDeathTest, ASlotMayEndTheProcess)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto quit = [] {
+        auto* const bus = new Desk::WidgetBus;
+        WingMapper::Begin();
+        QObject::connect(&WingMapper::Get(), &WingMapper::wing_change, [] { std::exit(3); });
+        bus->Add({"PlaybackWing", 1, {}});
+    };
+    EXPECT_EXIT(quit(), testing::ExitedWithCode(3), "");
 }
 
 TEST_F(WingStorm, KeepsToItsMemory)

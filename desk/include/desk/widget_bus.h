@@ -22,7 +22,8 @@ struct WidgetData {
 };
 
 /// Widgets made of software, under the widget driver in place of a real bus. Any thread may call
-/// any operation, also from slots; one bus at a time.
+/// any operation, also from slots, but a bus is not made or destroyed in one. One bus at a time: a
+/// second takes the place of the first.
 ///
 /// While the bus waits, which it does unless told otherwise, every verb of it and of its widgets
 /// returns when the driver has acted on it and all directly connected slots have run. On the

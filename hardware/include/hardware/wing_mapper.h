@@ -47,7 +47,8 @@ public:
     /// Starts: announces the wings that are attached and watches for more. May be called again
     /// after End(). Not on the widget driver's thread.
     static void Begin();
-    /// Stops: forgets all wings, without a signal.
+    /// Stops: forgets all wings, without a signal. What a slot is doing meanwhile is not waited
+    /// for, and on some models sections of the panel go on signalling.
     static void End();
 
     /// True for the key of an attached wing; false for the trackball and the button bar.
@@ -55,7 +56,7 @@ public:
     /// The widget of a key; null for an unknown key and for a wing that is gone. The mapper's own:
     /// it is destroyed when the wing is removed.
     UmWidget* get_wing(WidgetKey k);
-    /// Every key seen since Begin(), also those of wings that were removed.
+    /// Every key seen since the last End(), also those of wings that were removed.
     std::set<WidgetKey> connected_wings();
 
     // In the order and spelling that the meta-object lists: both are interface.

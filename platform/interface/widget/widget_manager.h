@@ -25,8 +25,8 @@ public:
     /// Has @p callback called for every widget of the class that is attached or detached from now
     /// on. False when these three are registered already.
     static bool RegisterClassCallback(const GUID& classId, ClassCallback callback, void* context);
-    /// Ends that. Does not wait for a call that is running. False when these three were not
-    /// registered.
+    /// Ends that, and waits for a call that is running, unless on the driver's thread: hold no lock
+    /// that the callback takes. False when these three were not registered.
     static bool RemoveClassCallback(const GUID& classId, ClassCallback callback, void* context);
 };
 

@@ -41,8 +41,9 @@ public:
     /// already, and those slots have run when this returns. True also when the class was
     /// registered; nothing is reported then. False when the driver is shutting down.
     bool RegisterWidgetClass(const GUID* classId);
-    /// Ends that and raises nothing; attached widgets keep their index until they are detached.
-    /// Does not wait for a signal that is being raised. False when the class was not registered.
+    /// Ends that and raises nothing; widgets that were read stay open; attached widgets keep their
+    /// index until they are detached. Does not wait for a signal that is being raised. False when
+    /// the class was not registered.
     bool UnregisterWidgetClass(const GUID* classId);
 
     /// A widget's index, the lowest that was free when it appeared; -1 when it is unknown.

@@ -76,7 +76,9 @@ void DeviceRecord::Release()
 bool DeviceRecord::StartReader()
 {
     const std::lock_guard hold(m_mutex);
-    m_isReading = OpenLocked() != nullptr;
+    // Read also when it cannot be opened now: it reports all the same, and writing tries again.
+    OpenLocked();
+    m_isReading = m_transport != nullptr;
     return m_isReading;
 }
 

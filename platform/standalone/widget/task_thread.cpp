@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "widget/task_thread.h"
 
+#include <memory>
+#include <optional>
 #include <utility>
 
 namespace Standalone
@@ -15,8 +17,8 @@ thread_local const TaskThread* CurrentThread = nullptr;
 
 TaskThread::TaskThread(const char* name)
 {
-    m_thread.emplace(&TaskThread::Main, this, name, 0, Os::Thread::DefaultSlice,
-                     Os::Thread::DefaultStack);
+    m_thread = std::make_unique<Os::Thread>(&TaskThread::Main, this, name, 0,
+                                            Os::Thread::DefaultSlice, Os::Thread::DefaultStack);
 }
 
 TaskThread::~TaskThread()
@@ -24,9 +26,13 @@ TaskThread::~TaskThread()
     {
         const std::lock_guard hold(m_mutex);
         m_isEnding = true;
+        m_hasEnded = IsCurrent();
     }
     m_changed.notify_all();
-    m_thread.reset();
+    if (IsCurrent())
+        static_cast<void>(m_thread.release()); // it ends with the process, inside its task
+    else
+        m_thread.reset();
     std::unique_lock hold(m_mutex);
     m_changed.wait(hold, [this] { return m_waitingCalls == 0; });
 }

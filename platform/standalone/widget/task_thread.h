@@ -4,8 +4,8 @@
 #include <condition_variable>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
-#include <optional>
 
 #include "os/thread.h"
 
@@ -21,7 +21,7 @@ public:
 
     explicit TaskThread(const char* name);
     /// Ends after the task that is running; the others are dropped. Calls that wait for one return
-    /// first.
+    /// first. On the thread itself, when a task ends the process, it does not wait.
     ~TaskThread();
     TaskThread(const TaskThread&) = delete;
     TaskThread& operator=(const TaskThread&) = delete;
@@ -45,7 +45,7 @@ private:
     unsigned m_waitingCalls = 0;
     bool m_isEnding = false;
     bool m_hasEnded = false;
-    std::optional<Os::Thread> m_thread; // last: it uses all the others
+    std::unique_ptr<Os::Thread> m_thread; // last: it uses all the others
 };
 
 } // namespace Standalone

@@ -19,6 +19,14 @@ constexpr char SourceFile[] = "widget/widget_driver.cpp";
 /// and little memory. Attachments and detachments are never refused.
 constexpr std::size_t WaitingLimit = 20000;
 
+/// Only the identifiers themselves count, no copies and no others.
+bool IsKnownClass(const GUID* classId)
+{
+    const auto& models = Standalone::GetWingModels();
+    return classId && classId->position < models.size() &&
+           models[classId->position].classId == classId;
+}
+
 } // namespace
 
 WidgetDriver& WidgetDriver::Get()
@@ -34,6 +42,7 @@ WidgetDriver::WidgetDriver()
 
 WidgetDriver::~WidgetDriver()
 {
+    const std::lock_guard holdOthers(m_replacing);
     std::shared_ptr<Standalone::WidgetTransport> transport;
     {
         const std::lock_guard hold(m_mutex);
@@ -126,8 +135,14 @@ bool WidgetDriver::RegisterCallback(const GUID& classId, WidgetManager::ClassCal
 bool WidgetDriver::RemoveCallback(const GUID& classId, WidgetManager::ClassCallback callback,
                                   void* context)
 {
-    const std::lock_guard hold(m_mutex);
-    return std::erase(m_callbacks, Callback{&classId, callback, context}) != 0;
+    const Callback entry{&classId, callback, context};
+    std::unique_lock hold(m_mutex);
+    const bool wasRegistered = std::erase(m_callbacks, entry) != 0;
+    if (!m_thread.IsCurrent())
+        m_delivered.wait(hold, [&] {
+            return std::find(m_calling.begin(), m_calling.end(), entry) == m_calling.end();
+        });
+    return wasRegistered;
 }
 
 void WidgetDriver::AddSignaller(WidgetSignaller& signaller)
@@ -151,12 +166,13 @@ void WidgetDriver::RemoveSignaller(WidgetSignaller& signaller)
 bool WidgetDriver::Register(WidgetSignaller& signaller, const GUID* classId)
 {
     // All on the thread that attaches and detaches, so that no device is reported twice or missed.
-    return m_thread.Run([this, &signaller, classId] {
-        if (!signaller.m_state->Watch(classId))
+    // The state is shared: a slot may destroy the signaller while this waits for its turn.
+    return m_thread.Run([this, &signaller, state = signaller.m_state, classId] {
+        if (!state->Watch(classId))
             return;
         for (const WidgetMapData& device : GetClassMapData(*classId))
-            DeliverTo(&signaller, [&](WidgetSignaller& target, WidgetSignaller::State& state) {
-                Add(target, state, device);
+            DeliverTo(&signaller, [&](WidgetSignaller& target, WidgetSignaller::State& watched) {
+                Add(target, watched, device);
             });
     });
 }
@@ -166,7 +182,7 @@ void WidgetDriver::Attach(const Standalone::WidgetDescription& device)
     WidgetMapData mapData;
     {
         const std::lock_guard hold(m_mutex);
-        if (!m_transport || !device.classId || m_devices.contains(device.path))
+        if (!m_transport || !IsKnownClass(device.classId) || m_devices.contains(device.path))
             return;
         mapData = WidgetMapData(std::make_shared<DeviceRecord>(device, m_transport));
         m_devices.emplace(device.path, mapData);
@@ -244,15 +260,25 @@ void WidgetDriver::CallBack(const WidgetMapData& device, WidgetEvent event)
         callbacks = m_callbacks;
     }
     for (const Callback& callback : callbacks)
-        // Asked each time: one that another has removed is not called any more.
-        if (callback.classId == device.GetClassId() && HasCallback(callback))
-            callback.function(device, event, callback.context);
+        if (callback.classId == device.GetClassId())
+            CallOne(callback, device, event);
 }
 
-bool WidgetDriver::HasCallback(const Callback& callback) const
+void WidgetDriver::CallOne(const Callback& callback, const WidgetMapData& device, WidgetEvent event)
 {
-    const std::lock_guard hold(m_mutex);
-    return std::find(m_callbacks.begin(), m_callbacks.end(), callback) != m_callbacks.end();
+    {
+        // Asked each time: one that another has removed is not called any more.
+        const std::lock_guard hold(m_mutex);
+        if (std::find(m_callbacks.begin(), m_callbacks.end(), callback) == m_callbacks.end())
+            return;
+        m_calling.push_back(callback);
+    }
+    callback.function(device, event, callback.context);
+    {
+        const std::lock_guard hold(m_mutex);
+        m_calling.pop_back();
+    }
+    m_delivered.notify_all();
 }
 
 void WidgetDriver::Deliver(const Delivery& delivery)

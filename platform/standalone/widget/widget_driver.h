@@ -43,6 +43,7 @@ public:
     std::set<WidgetMapData> GetClassMapData(const GUID& classId) const;
     bool RegisterCallback(const GUID& classId, WidgetManager::ClassCallback callback,
                           void* context);
+    /// Waits for a call that is running, unless on the driver's thread.
     bool RemoveCallback(const GUID& classId, WidgetManager::ClassCallback callback, void* context);
 
     void AddSignaller(WidgetSignaller& signaller);
@@ -68,7 +69,8 @@ private:
     void Receive(const std::wstring& path, const Standalone::Report::Bytes& report);
     WidgetMapData FindDevice(const std::wstring& path) const;
     void CallBack(const WidgetMapData& device, WidgetEvent event);
-    bool HasCallback(const Callback& callback) const;
+    /// Calls one if it is still registered; its removal waits for that.
+    void CallOne(const Callback& callback, const WidgetMapData& device, WidgetEvent event);
     /// Does something with every signaller there is, or with one, that is not destroyed by then.
     void Deliver(const Delivery& delivery);
     void DeliverTo(WidgetSignaller* signaller, const Delivery& delivery);
@@ -89,6 +91,7 @@ private:
     std::vector<WidgetSignaller*> m_signallers;      // in the order they were made
     std::vector<WidgetSignaller*> m_delivering;      // raising a signal now, innermost last
     std::vector<Callback> m_callbacks;
+    std::vector<Callback> m_calling; // running now, innermost last
     bool m_isOverflowing = false;
 
     Standalone::TaskThread m_thread; // last: its tasks use all the others

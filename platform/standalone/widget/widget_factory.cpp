@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "widget/widget_factory.h"
 
-#include <map>
+#include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "widget/device_record.h"
 #include "widget/expansion_wing.h"
@@ -25,7 +27,8 @@ template <class Widget> UmWidget* Make(const WidgetMapData& mapData)
 /// Null for a class without widget object: the LTC board has none that goes by a key.
 Maker FindMaker(const GUID* classId)
 {
-    static const std::map<const GUID*, Maker> makers{
+    // No destructor: the factory is asked until the process ends.
+    static constexpr std::pair<const GUID*, Maker> makers[] = {
         {&GUID_DEVINTERFACE_QRTUMPLAYBACKWING, &Make<PlaybackWing>},
         {&GUID_DEVINTERFACE_QRTUMEXPANSIONWING, &Make<ExpansionWing>},
         {&GUID_DEVINTERFACE_QRTUMPROGRAMMERWING, &Make<ProgrammerWing>},
@@ -40,8 +43,10 @@ Maker FindMaker(const GUID* classId)
         {&GUID_DEVINTERFACE_QRTUMVNEXT_BRAMBLE, &Make<Vex4Bramble>},
         {&GUID_DEVINTERFACE_QRTUMVEX4TOUCHD, &Make<Vex4TopBox>},
         {&GUID_DEVINTERFACE_QRTUMTBALLD, &Make<TrackballWidget>}};
-    const auto found = makers.find(classId);
-    return found == makers.end() ? nullptr : found->second;
+    const auto* const found =
+        std::find_if(std::begin(makers), std::end(makers),
+                     [classId](const auto& maker) { return maker.first == classId; });
+    return found == std::end(makers) ? nullptr : found->second;
 }
 
 WidgetKey MakeKey(const DeviceRecord& device)

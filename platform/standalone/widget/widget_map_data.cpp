@@ -20,8 +20,9 @@ const GUID* WidgetMapData::GetClassId() const
 
 const std::wstring& WidgetMapData::GetDevicePath() const
 {
-    static const std::wstring nowhere;
-    return m_device ? m_device->GetPath() : nowhere;
+    // Never destroyed, as the devices' own paths are there until the last copy goes.
+    static const std::wstring* const nowhere = new std::wstring;
+    return m_device ? m_device->GetPath() : *nowhere;
 }
 
 bool WidgetMapData::Open()

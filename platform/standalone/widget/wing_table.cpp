@@ -105,8 +105,9 @@ std::vector<WingModel> ReadModels()
 
 const std::vector<WingModel>& GetWingModels()
 {
-    static const std::vector<WingModel> models = ReadModels();
-    return models;
+    // Never destroyed: wings at work ask it until the process ends.
+    static const std::vector<WingModel>* const models = new std::vector(ReadModels());
+    return *models;
 }
 
 const WingModel& GetWingModel(const GUID& classId)

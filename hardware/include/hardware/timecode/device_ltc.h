@@ -29,11 +29,12 @@ public:
     /// Opens and reads all boards, now and as they are plugged. True when enabled already. False
     /// when the driver refuses; then the device stays disabled.
     bool Enable() override;
-    /// Stops reading and leaves the boards open. True when disabled already; else what the driver
-    /// answers to the end of watching.
+    /// Stops reading the boards, also for other devices that listen to them, and leaves them open.
+    /// A signal that is being raised is not waited for. True when disabled already; else what the
+    /// driver answers to the end of watching.
     bool Disable() override;
     bool IsEnabled() const override;
-    /// True while a board is attached, also while disabled.
+    /// True while a board is attached that was reported while enabled, also while disabled now.
     bool IsActive() const override;
 
     /// The driver's record of a board by its number; one that stands for no device when there is

@@ -16,7 +16,7 @@ namespace Standalone
 
 /// One attached device, as a transport tells the driver of it.
 struct WidgetDescription {
-    const GUID* classId = nullptr;
+    const GUID* classId = nullptr;             ///< address of an identifier; others are ignored
     std::wstring path;                         ///< where it is plugged; names the device
     std::optional<std::uint16_t> serialNumber; ///< none when it cannot be read
 };
@@ -55,7 +55,9 @@ public:
     /// Devices attached now. The driver asks once, after setting the observer and on a thread of
     /// its own; a device it learns of twice is one device.
     virtual std::vector<WidgetDescription> Enumerate() = 0;
-    /// Opens a device; null when it is not there. A device reports whether or not it is open.
+    /// Opens a device; null when it cannot. Must return in bounded time: other operations on the
+    /// device wait for it, and the driver's thread may be the one that opens. A device reports
+    /// whether or not it is open.
     virtual std::unique_ptr<WidgetConnection> Open(const std::wstring& path) = 0;
 };
 
