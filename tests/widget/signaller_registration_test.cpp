@@ -174,6 +174,23 @@ TEST(SignallerRegistration, AWidgetThatAppearsMeanwhileIsReportedOnce)
     EXPECT_THAT(log.Get(), ElementsAre("added a", "added b"));
 }
 
+TEST(SignallerRegistration, ReportsOnceToTwoThreadsThatRegisterAtOnce)
+{
+    Desk::WidgetBus bus;
+    bus.Add({"PlaybackWing", 1, L"a"});
+    WidgetSignaller signaller;
+    const SignalLog log(signaller);
+    DriverHold hold(bus);
+    {
+        const auto registerOnce = [&] { EXPECT_TRUE(signaller.RegisterWidgetClass(Playback)); };
+        const Contender first(registerOnce), second(registerOnce);
+        EXPECT_TRUE(first.ComesToWait());
+        EXPECT_TRUE(second.ComesToWait());
+        hold.End();
+    }
+    EXPECT_THAT(log.Get(), ElementsAre("added a"));
+}
+
 TEST(SignallerRegistration, AWidgetThatGoesMeanwhileIsNotReported)
 {
     Desk::WidgetBus bus;

@@ -126,11 +126,12 @@ TEST(TaskThread, EndsAfterTheTaskThatIsRunning)
 
 TEST(TaskThread, RefusesTasksWhileItEnds)
 {
-    Os::Event gate;
+    Os::Event begun, gate;
     std::atomic<bool> isOver = false;
     std::vector<bool> accepted;
     auto* const thread = new TaskThread("Tasks");
     thread->Post([&] {
+        begun.Set();
         gate.Wait();
         // Ending began before the gate opened.
         accepted.push_back(thread->Post([] {}));
@@ -142,6 +143,7 @@ TEST(TaskThread, RefusesTasksWhileItEnds)
         asked.Wait();
         accepted.push_back(thread->Run([&] { isOver = true; }));
     });
+    begun.Wait();
     {
         const Contender ender([=] { delete thread; });
         EXPECT_TRUE(ender.ComesToWait());

@@ -82,6 +82,7 @@ TEST(WidgetBus, TellsWhetherAWidgetIsPlugged)
     std::vector<bool> told;
     QObject::connect(&widget, &VirtualWidget::plugged,
                      [&](bool isPlugged) { told.push_back(isPlugged); });
+    widget.Plug();
     widget.Unplug();
     EXPECT_FALSE(widget.IsPlugged());
     widget.Unplug();

@@ -50,12 +50,21 @@ TEST_F(WidgetTransport, ItsDevicesAreAttachedWhenItIsSet)
     EXPECT_EQ(WidgetManager::GetClassMapData(Playback).size(), 2u);
 }
 
+void CountCall(const Hardware::WidgetMapData&, Hardware::WidgetEvent, void* count)
+{
+    ++*static_cast<int*>(count);
+}
+
 TEST_F(WidgetTransport, ADeviceThatIsToldTwiceIsOne)
 {
+    int calls = 0;
+    WidgetManager::RegisterClassCallback(Playback, &CountCall, &calls);
     transport->attached = {{&Playback, L"a", 1}};
     SetWidgetTransport(transport);
     transport->observer.load()->Attached({&Playback, L"a", 1});
     FlushWidgetDriver();
+    WidgetManager::RemoveClassCallback(Playback, &CountCall, &calls);
+    EXPECT_EQ(calls, 1);
     EXPECT_THAT(log.Get(), ElementsAre("added a"));
     EXPECT_EQ(WidgetManager::GetClassMapData(Playback).size(), 1u);
 }

@@ -156,24 +156,40 @@ TEST_F(WingStates, OfMotorFadersThatWereDrivenComeWithARefresh)
     EXPECT_EQ(playback->GetFaderState(2), 120);
 }
 
-TEST_F(WingStates, AreTheLatestAlsoWhenRefreshesComeInBetween)
+TEST_F(WingStates, NeverGoBackWhenRefreshesComeInBetween)
 {
+    Hardware::WidgetSignaller signaller(&Hardware::UmWing::WingReader);
+    signaller.SetAutoReadRegister(true);
+    signaller.RegisterWidgetClass(&GUID_DEVINTERFACE_QRTUMPLAYBACKWING);
+    int last = -1, stepsBack = 0;
+    QObject::connect(&signaller, &Hardware::WidgetSignaller::widgetRead, [&] {
+        const int state = wing->GetFaderState(0);
+        stepsBack += state < last ? 1 : 0;
+        last = state;
+    });
+    // Buttons are reported first, so that the fader has time to move in between.
+    for (unsigned short button = 0; button < 70; ++button)
+        widget.Press(button);
+    widget.MoveFader(0, 0);
     bus.SetWaiting(false);
     std::atomic<bool> isOver = false;
     {
         const TestSupport::Contender refresher([&] {
-            while (!isOver)
+            while (!isOver) {
                 wing->RefreshState();
+                bus.Flush();
+            }
         });
-        for (int value = 1; value <= 3000; ++value) {
+        for (int value = 1; value <= 2000; ++value) {
             widget.MoveFader(0, value);
-            if (value % 100 == 0)
+            if (value % 10 == 0)
                 bus.Flush();
         }
         isOver = true;
     }
     bus.Flush();
-    EXPECT_EQ(wing->GetFaderState(0), 3000);
+    EXPECT_EQ(stepsBack, 0);
+    EXPECT_EQ(last, 2000);
 }
 
 } // namespace
