@@ -61,7 +61,7 @@ WidgetKey MakeKey(const DeviceRecord& device)
 WidgetFactory& WidgetFactory::Get()
 {
     // Never destroyed: singletons ask it until the process ends.
-    static WidgetFactory* const factory = new WidgetFactory;
+    static auto* const factory = new WidgetFactory;
     return *factory;
 }
 
