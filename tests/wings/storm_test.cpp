@@ -228,9 +228,12 @@ TEST(WingStormDeathTest, ASlotMayEndTheProcess)
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const auto quit = [] {
         auto* const bus = new Desk::WidgetBus;
+        bus->SetWaiting(false);
         WingMapper::Begin();
         QObject::connect(&WingMapper::Get(), &WingMapper::wing_change, [] { std::exit(3); });
         bus->Add({"PlaybackWing", 1, {}});
+        for (;;)
+            std::this_thread::sleep_for(std::chrono::seconds(1));
     };
     EXPECT_EXIT(quit(), testing::ExitedWithCode(3), "");
 }
