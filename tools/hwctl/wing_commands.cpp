@@ -45,6 +45,7 @@ const std::map<std::string, UmWing::WingSections> Sections{{"all", UmWing::WingS
 template <class Value> std::vector<std::string> GetNames(const std::map<std::string, Value>& map)
 {
     std::vector<std::string> names;
+    names.reserve(map.size());
     for (const auto& [name, value] : map)
         names.push_back(name);
     return names;

@@ -12,6 +12,8 @@ namespace Hardware
 
 /// Has an attached wing identify itself, so that a user sees which unit a key stands for. Opens
 /// wing objects of its own for a moment; the wing mapper has no part in it. Any thread may call.
+// Get() alone makes and destroys it.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class HARDWARE_EXPORT WingBeacon : public QObject
 {
     Q_OBJECT

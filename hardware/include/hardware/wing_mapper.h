@@ -24,6 +24,8 @@ namespace Hardware
 /// on the caller's. Queries and slots may be called from any thread, also from a slot that a
 /// signal here is connected to. Unknown keys, wings that are gone and wings of another class are
 /// ignored.
+// Get() alone makes and destroys it.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class HARDWARE_EXPORT WingMapper : public QObject
 {
     Q_OBJECT
