@@ -44,7 +44,7 @@ constexpr int NoMaster = 65535;
 const GUID* FindIdentifier(const QString& name)
 {
     const auto* const found = std::find_if(std::begin(Identifiers), std::end(Identifiers),
-                                    [&](const GUID* id) { return name == id->name; });
+                                           [&](const GUID* id) { return name == id->name; });
     return found == std::end(Identifiers) ? nullptr : *found;
 }
 
