@@ -105,7 +105,7 @@ bool UmWing::SetLed(unsigned short pid, unsigned short mid, LedState state)
     const auto index = static_cast<unsigned short>(found);
     if (!GetDevice().Write(Report::SetLed{index, static_cast<std::uint8_t>(state)}))
         return false;
-    GetDevice().SetLedState(index, state);
+    GetDevice().SetLedState(index, static_cast<int>(state));
     return true;
 }
 
@@ -113,7 +113,7 @@ bool UmWing::SetAllLed(LedState state)
 {
     if (!GetDevice().Write(Report::SetAllLed{static_cast<std::uint8_t>(state)}))
         return false;
-    GetDevice().SetAllLedStates(state);
+    GetDevice().SetAllLedStates(static_cast<int>(state));
     return true;
 }
 
