@@ -15,3 +15,7 @@
 /// Writes a log line in the name of the source's own SourceFile constant. The text is built only
 /// when the level is enabled.
 #define HARDWARE_LOG(context, level, text) OS_LOG(context, level, SourceFile, text)
+
+/// The same with a line number of its own, for lines that are known by it.
+#define HARDWARE_LOG_AT(context, level, line, text)                                                \
+    OS_LOG_AT(context, level, SourceFile, line, text)

@@ -36,6 +36,9 @@ KernelTestbed::KernelTestbed() : m_private(new Private{})
     m_private->releaseDevice = Find<DeskReleaseDevice>("desk_release_device");
     m_private->getUse = Find<DeskGetUse>("desk_get_use");
     m_private->hideMachine = Find<DeskHideMachine>("desk_hide_machine");
+    m_private->refuseMap = Find<DeskRefuseMap>("desk_refuse_map");
+    m_private->setLine = Find<DeskSetLine>("desk_set_line");
+    m_private->getLine = Find<DeskGetLine>("desk_get_line");
     std::filesystem::create_directories(GetPathOf("/dev"));
     m_private->hideMachine(m_private->root.c_str());
 }

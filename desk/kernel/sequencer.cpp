@@ -127,7 +127,8 @@ void Sequencer::Private::RefreshLocked()
         std::filesystem::remove(file);
     const bool anyPort =
         std::any_of(ports.begin(), ports.end(), [](const auto& port) { return port.has_value(); });
-    const DeskDeviceFaults faults{present && !anyPort ? ENODEV : 0, 0, 0, -1, 0};
+    DeskDeviceFaults faults = DeskNoFaults;
+    faults.openError = present && !anyPort ? ENODEV : 0;
     testbed.GetPrivate().setFaults(device, &faults);
 }
 

@@ -20,6 +20,9 @@ struct KernelTestbed::Private {
     DeskReleaseDevice* releaseDevice;
     DeskGetUse* getUse;
     DeskHideMachine* hideMachine;
+    DeskRefuseMap* refuseMap;
+    DeskSetLine* setLine;
+    DeskGetLine* getLine;
 
     DeskDeviceUse GetUse(int device) const
     {

@@ -8,6 +8,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <pthread.h>
+#include <sys/mman.h>
 #include <sys/select.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -21,6 +22,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <iterator>
 
 #define DESK_EXPORT __attribute__((visibility("default")))
@@ -31,6 +33,13 @@ namespace
 constexpr int DeviceCount = 256;
 constexpr int DescriptorCount = 65536;
 constexpr std::size_t PathLength = PATH_MAX;
+constexpr int RefusedMapCount = 16;
+constexpr unsigned long EveryPage = ~0UL;
+
+struct RefusedMap {
+    unsigned long page;
+    int error; // 0: no entry
+};
 
 struct Device {
     char path[PathLength];
@@ -38,6 +47,9 @@ struct Device {
     bool named;        // its path opens it
     DeskDeviceUse use; // a device that is not held and has no descriptor open is free
     DeskDeviceFaults faults;
+    RefusedMap refusedMaps[RefusedMapCount];
+    bool isSerial;       // has line settings
+    struct termios line; // as set last
 };
 
 pthread_mutex_t g_lock = PTHREAD_MUTEX_INITIALIZER;
@@ -107,6 +119,42 @@ int GetDevice(int descriptor)
     return g_deviceOf[descriptor].load(std::memory_order_acquire) - 1;
 }
 
+/// Takes as long as the device is told to; no lock is held.
+void Dawdle(int device)
+{
+    timespec time{};
+    {
+        const Hold hold;
+        const long delay = g_devices[device].faults.delay;
+        time.tv_sec = delay / 1000000;
+        time.tv_nsec = delay % 1000000 * 1000;
+    }
+    if (time.tv_sec != 0 || time.tv_nsec != 0)
+        nanosleep(&time, nullptr);
+}
+
+/// Whether the kernel reads an unsigned number in what was written: a plus sign where there is one,
+/// decimal digits and nothing else but one newline. A blank in front is no number.
+bool IsNumber(const char* text, size_t length)
+{
+    if (length > 0 && text[length - 1] == '\n')
+        --length;
+    if (length > 0 && *text == '+')
+        ++text, --length;
+    return length > 0 &&
+           std::all_of(text, text + length, [](char sign) { return sign >= '0' && sign <= '9'; });
+}
+
+/// The errno value with which a map of @p page is refused, or 0.
+int GetMapError(int device, unsigned long page)
+{
+    const Hold hold;
+    for (const RefusedMap& refused : g_devices[device].refusedMaps)
+        if (refused.error != 0 && (refused.page == page || refused.page == EveryPage))
+            return refused.error;
+    return 0;
+}
+
 /// Whether an open of @p path may go on: sets errno and says no where the device refuses.
 bool MayOpen(const char* path, int& device)
 {
@@ -151,6 +199,7 @@ template <class Open> int OpenWith(const char* path, int flags, Open open)
         return g_inUse.load(std::memory_order_acquire) ? NoteOpen(descriptor, -1, flags)
                                                        : descriptor;
     }
+    Dawdle(device);
     const Hold hold(g_openLock);
     return NoteOpen(open(), device, flags);
 }
@@ -175,7 +224,9 @@ DESK_EXPORT int desk_add_device(const char* path)
         device.held = true;
         device.named = true;
         device.use = {};
-        device.faults = {0, 0, 0, -1, 0};
+        device.faults = DeskNoFaults;
+        device.isSerial = false;
+        std::fill(std::begin(device.refusedMaps), std::end(device.refusedMaps), RefusedMap{0, 0});
         g_inUse.store(true, std::memory_order_release);
         return i;
     }
@@ -212,6 +263,35 @@ DESK_EXPORT void desk_hide_machine(const char* root)
     const Hold hold;
     std::strncpy(g_root, root ? root : "", PathLength - 1);
     g_inUse.store(true, std::memory_order_release);
+}
+
+DESK_EXPORT void desk_refuse_map(int handle, unsigned long page, int error)
+{
+    const Hold hold;
+    RefusedMap* free = nullptr;
+    for (RefusedMap& refused : g_devices[handle].refusedMaps) {
+        if (refused.error != 0 && refused.page == page) {
+            refused.error = error;
+            return;
+        }
+        if (refused.error == 0 && !free)
+            free = &refused;
+    }
+    if (free)
+        *free = {page, error};
+}
+
+DESK_EXPORT void desk_set_line(int handle, const struct termios* settings)
+{
+    const Hold hold;
+    g_devices[handle].isSerial = true;
+    g_devices[handle].line = *settings;
+}
+
+DESK_EXPORT void desk_get_line(int handle, struct termios* settings)
+{
+    const Hold hold;
+    *settings = g_devices[handle].line;
 }
 
 #define DESK_WRAP_OPEN(name)                                                                       \
@@ -263,6 +343,7 @@ DESK_EXPORT ssize_t read(int descriptor, void* buffer, size_t count)
     static auto* const next = FindNext<ssize_t(int, void*, size_t)>("read");
     const int device = GetDevice(descriptor);
     if (device != -1) {
+        Dawdle(device);
         const Hold hold;
         if (g_devices[device].faults.readError != 0) {
             errno = g_devices[device].faults.readError;
@@ -298,10 +379,15 @@ DESK_EXPORT ssize_t write(int descriptor, const void* buffer, size_t count)
     static auto* const next = FindNext<ssize_t(int, const void*, size_t)>("write");
     const int device = GetDevice(descriptor);
     if (device != -1) {
+        Dawdle(device);
         const Hold hold;
         DeskDeviceFaults& faults = g_devices[device].faults;
         if (faults.writeError != 0 || (faults.writeRoom == 0 && count != 0)) {
             errno = faults.writeError != 0 ? faults.writeError : EAGAIN;
+            return -1;
+        }
+        if (faults.takesNumber != 0 && !IsNumber(static_cast<const char*>(buffer), count)) {
+            errno = EINVAL;
             return -1;
         }
         if (faults.writeRoom > 0) {
@@ -311,4 +397,51 @@ DESK_EXPORT ssize_t write(int descriptor, const void* buffer, size_t count)
     }
     return next(descriptor, buffer, count);
 }
+
+DESK_EXPORT int tcsetattr(int descriptor, int action, const struct termios* settings)
+{
+    static auto* const next = FindNext<int(int, int, const struct termios*)>("tcsetattr");
+    const int result = next(descriptor, action, settings);
+    const int device = GetDevice(descriptor);
+    if (result == 0 && device != -1) {
+        const Hold hold;
+        g_devices[device].line = *settings;
+    }
+    return result;
+}
+
+DESK_EXPORT int tcgetattr(int descriptor, struct termios* settings)
+{
+    static auto* const next = FindNext<int(int, struct termios*)>("tcgetattr");
+    const int result = next(descriptor, settings);
+    const int device = GetDevice(descriptor);
+    if (result == 0 && device != -1) {
+        constexpr tcflag_t Lost = CSIZE | PARENB;
+        const Hold hold;
+        if (g_devices[device].isSerial)
+            settings->c_cflag =
+                (settings->c_cflag & ~Lost) | (g_devices[device].line.c_cflag & Lost);
+    }
+    return result;
+}
+
+#define DESK_WRAP_MAP(name, offset_type)                                                           \
+    DESK_EXPORT void* name(void* address, size_t length, int protection, int flags,                \
+                           int descriptor, offset_type offset)                                     \
+    {                                                                                              \
+        static auto* const next =                                                                  \
+            FindNext<void*(void*, size_t, int, int, int, offset_type)>(#name);                     \
+        const int device = GetDevice(descriptor);                                                  \
+        if (device != -1) {                                                                        \
+            const int error = GetMapError(device, static_cast<unsigned long>(offset));             \
+            if (error != 0) {                                                                      \
+                errno = error;                                                                     \
+                return MAP_FAILED;                                                                 \
+            }                                                                                      \
+        }                                                                                          \
+        return next(address, length, protection, flags, descriptor, offset);                       \
+    }
+
+DESK_WRAP_MAP(mmap, off_t)
+DESK_WRAP_MAP(mmap64, off64_t)
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <termios.h>
+
 // What the preloaded library offers to the virtual desk that runs in the same process. The desk
 // finds the functions by name, so nothing links against the library.
 
@@ -8,12 +10,16 @@ extern "C" {
 
 /// How a device file answers, beside what its node in the test bed does.
 struct DeskDeviceFaults {
-    int openError;  ///< errno of every open; 0 for none
-    int readError;  ///< errno of every read; 0 for none
-    int writeError; ///< errno of every write; 0 for none
-    long writeRoom; ///< bytes that still fit; then EAGAIN; -1 for no limit
-    int readEnds;   ///< not 0: every read finds the end of the file
+    int openError;   ///< errno of every open; 0 for none
+    int readError;   ///< errno of every read; 0 for none
+    int writeError;  ///< errno of every write; 0 for none
+    long writeRoom;  ///< bytes that still fit; then EAGAIN; -1 for no limit
+    int readEnds;    ///< not 0: every read finds the end of the file
+    long delay;      ///< microseconds that every open, read and write takes longer
+    int takesNumber; ///< not 0: a write that is no number as the kernel reads one gets EINVAL
 };
+/// A device without faults.
+inline constexpr DeskDeviceFaults DeskNoFaults{0, 0, 0, -1, 0, 0, 0};
 
 /// Makes @p path a new device: what was opened under the name before keeps its own faults. Returns
 /// the device's handle, or -1 when there are too many.
@@ -39,10 +45,21 @@ typedef void DeskGetUse(int handle, DeskDeviceUse* use);
 /// program, unless a file stands for them below @p root. Null ends it.
 typedef void DeskHideMachine(const char* root);
 
+/// Lets maps of a page of a device fail with an errno value; 0 ends that. The page is an offset in
+/// the file, all bits set for every page.
+typedef void DeskRefuseMap(int handle, unsigned long page, int error);
+/// Line settings of a serial port, as a real one keeps them: a pseudo-terminal has no parity and
+/// always eight data bits.
+typedef void DeskSetLine(int handle, const struct termios* settings);
+typedef void DeskGetLine(int handle, struct termios* settings);
+
 DeskAddDevice desk_add_device;
 DeskSetFaults desk_set_faults;
 DeskRemoveDevice desk_remove_device;
 DeskReleaseDevice desk_release_device;
 DeskGetUse desk_get_use;
 DeskHideMachine desk_hide_machine;
+DeskRefuseMap desk_refuse_map;
+DeskSetLine desk_set_line;
+DeskGetLine desk_get_line;
 }

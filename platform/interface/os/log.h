@@ -88,13 +88,16 @@ private:
 
 /// Writes a line: @p chain is text such as "found " << name, built only when the level is
 /// enabled.
-#define OS_LOG(context, level, file, chain)                                                        \
+#define OS_LOG(context, level, file, chain) OS_LOG_AT(context, level, file, __LINE__, chain)
+
+/// The same with a line number of the caller's choice.
+#define OS_LOG_AT(context, level, file, line, chain)                                               \
     do {                                                                                           \
         ::Os::Log::Context& osLogContext = (context);                                              \
         if (osLogContext.IsEnabled(level)) {                                                       \
             ::kel::text<char, ::Os::Log::LineCapacity> osLogText;                                  \
             osLogText << chain; /* NOLINT(bugprone-macro-parentheses): it is a chain */            \
-            osLogContext.Write(level, file, static_cast<const char*>(__PRETTY_FUNCTION__),         \
-                               __LINE__, osLogText);                                               \
+            osLogContext.Write(level, file, static_cast<const char*>(__PRETTY_FUNCTION__), line,   \
+                               osLogText);                                                         \
         }                                                                                          \
     } while (false)

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "desk/kernel_testbed.h"
+
+namespace Desk
+{
+
+/// A virtual /dev/mem: four gigabytes of memory that hold 0 until written. One thread at a time.
+class PhysicalMemory
+{
+public:
+    explicit PhysicalMemory(KernelTestbed& testbed);
+    ~PhysicalMemory();
+    PhysicalMemory(const PhysicalMemory&) = delete;
+    PhysicalMemory& operator=(const PhysicalMemory&) = delete;
+
+    /// The 32-bit word at a physical address below 4 GiB.
+    std::uint32_t Read(std::uint32_t address) const;
+    void Write(std::uint32_t address, std::uint32_t word);
+
+    /// The device file goes; what is mapped stays.
+    void Vanish();
+    /// Ends Vanish(): memory that holds 0.
+    void Appear();
+    /// Lets further opens fail with that errno value; 0 ends it.
+    void RefuseOpen(int error);
+    /// Lets further maps of the page with that address fail with that errno value; 0 ends it.
+    void RefuseMap(std::uint32_t address, int error);
+    /// The same for every page.
+    void RefuseMaps(int error);
+
+    /// Descriptors open now, and opens that ever succeeded.
+    int CountOpen() const;
+    int CountOpened() const;
+    /// Flags of the last open, as passed to open().
+    int GetLastOpenFlags() const;
+
+private:
+    struct Private;
+
+    const std::unique_ptr<Private> m_private;
+};
+
+} // namespace Desk

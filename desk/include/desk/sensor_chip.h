@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "desk/kernel_testbed.h"
+
+namespace Desk
+{
+
+/// The w83627ehf hardware-monitor chip's third pulse-width output, as a virtual attribute in /sys.
+/// One thread at a time.
+class SensorChip
+{
+public:
+    /// Takes every text, until told otherwise.
+    explicit SensorChip(KernelTestbed& testbed);
+    ~SensorChip();
+    SensorChip(const SensorChip&) = delete;
+    SensorChip& operator=(const SensorChip&) = delete;
+
+    /// What the attribute holds: the text that was written last, or one that was put there.
+    std::string GetText() const;
+    void SetText(const std::string& text);
+
+    /// Takes only what the kernel reads a number from, and answers EINVAL to the rest, blanks in
+    /// front of a number included.
+    void SetStrict(bool strict);
+    /// The chip's driver is unloaded: the attribute goes; who has it open gets ENODEV.
+    void Vanish();
+    /// Ends Vanish().
+    void Appear();
+    /// Lets further opens fail with that errno value; 0 ends it.
+    void RefuseOpen(int error);
+    /// Lets every write fail with that errno value; 0 ends it.
+    void RefuseWrites(int error);
+    /// Lets every open, read and write take so much longer; 0 ends it.
+    void SetDelay(unsigned microseconds);
+
+    /// Descriptors open now, and opens that ever succeeded.
+    int CountOpen() const;
+    int CountOpened() const;
+    /// Flags of the last open, as passed to open().
+    int GetLastOpenFlags() const;
+
+private:
+    struct Private;
+
+    const std::unique_ptr<Private> m_private;
+};
+
+} // namespace Desk

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include "kernel/testbed_private.h"
+
+namespace Desk
+{
+
+/// A device file that answers as told, and is counted. Its node is somebody else's.
+class FaultyDevice
+{
+public:
+    explicit FaultyDevice(KernelTestbed& testbed) : m_testbed(testbed.GetPrivate()) {}
+    ~FaultyDevice() { Release(); }
+    FaultyDevice(const FaultyDevice&) = delete;
+    FaultyDevice& operator=(const FaultyDevice&) = delete;
+
+    /// Makes @p path a new device without faults; who has the old one open keeps its faults.
+    void Name(const std::string& path)
+    {
+        Release();
+        m_handle = m_testbed.addDevice(path.c_str());
+        if (m_handle == -1)
+            throw std::runtime_error("too many virtual devices");
+        m_faults = DeskNoFaults;
+    }
+    /// Takes the name away.
+    void Remove() { m_testbed.removeDevice(m_handle); }
+
+    /// Changes the faults, for open descriptors too.
+    template <class Edit> void Change(Edit edit)
+    {
+        edit(m_faults);
+        m_testbed.setFaults(m_handle, &m_faults);
+    }
+    DeskDeviceUse GetUse() const { return m_testbed.GetUse(m_handle); }
+    int GetHandle() const { return m_handle; }
+
+private:
+    void Release()
+    {
+        if (m_handle != -1)
+            m_testbed.releaseDevice(m_handle);
+    }
+
+    KernelTestbed::Private& m_testbed;
+    int m_handle = -1;
+    DeskDeviceFaults m_faults = DeskNoFaults;
+};
+
+} // namespace Desk

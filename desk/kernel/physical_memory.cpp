@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include "desk/physical_memory.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <utility>
+
+#include "kernel/faulty_device.h"
+
+namespace Desk
+{
+
+namespace
+{
+
+constexpr char Path[] = "/dev/mem";
+constexpr off_t Size = off_t{1} << 32U;
+constexpr std::uint32_t PageMask = 4095;
+
+} // namespace
+
+struct PhysicalMemory::Private {
+    explicit Private(KernelTestbed& testbed)
+        : device(testbed), refuseMap(testbed.GetPrivate().refuseMap), file(testbed.GetPathOf(Path))
+    {
+        device.Name(Path);
+    }
+
+    FaultyDevice device;
+    DeskRefuseMap* refuseMap;
+    const std::string file;
+    int memory = -1; // the file, by the name that only the desk knows
+};
+
+PhysicalMemory::PhysicalMemory(KernelTestbed& testbed) : m_private(new Private(testbed))
+{
+    Appear();
+}
+
+PhysicalMemory::~PhysicalMemory()
+{
+    Vanish();
+    close(m_private->memory);
+}
+
+std::uint32_t PhysicalMemory::Read(std::uint32_t address) const
+{
+    std::uint32_t word = 0;
+    if (pread(m_private->memory, &word, sizeof word, address) != sizeof word)
+        throw std::runtime_error("virtual memory cannot be read");
+    return word;
+}
+
+void PhysicalMemory::Write(std::uint32_t address, std::uint32_t word)
+{
+    if (pwrite(m_private->memory, &word, sizeof word, address) != sizeof word)
+        throw std::runtime_error("virtual memory cannot be written");
+}
+
+void PhysicalMemory::Vanish()
+{
+    std::error_code ignored;
+    std::filesystem::remove(m_private->file, ignored);
+}
+
+void PhysicalMemory::Appear()
+{
+    if (std::filesystem::exists(m_private->file))
+        return;
+    if (m_private->memory != -1)
+        close(m_private->memory);
+    m_private->memory = open(m_private->file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    // A sparse file: only pages that were written take room.
+    if (m_private->memory == -1 || ftruncate(m_private->memory, Size) != 0)
+        throw std::runtime_error("no file for the virtual memory");
+}
+
+void PhysicalMemory::RefuseOpen(int error)
+{
+    m_private->device.Change([error](DeskDeviceFaults& faults) { faults.openError = error; });
+}
+
+void PhysicalMemory::RefuseMap(std::uint32_t address, int error)
+{
+    m_private->refuseMap(m_private->device.GetHandle(), address & ~PageMask, error);
+}
+
+void PhysicalMemory::RefuseMaps(int error)
+{
+    m_private->refuseMap(m_private->device.GetHandle(), ~0UL, error);
+}
+
+int PhysicalMemory::CountOpen() const
+{
+    return m_private->device.GetUse().openNow;
+}
+
+int PhysicalMemory::CountOpened() const
+{
+    return m_private->device.GetUse().openedEver;
+}
+
+int PhysicalMemory::GetLastOpenFlags() const
+{
+    return m_private->device.GetUse().lastFlags;
+}
+
+} // namespace Desk

@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: MIT
+#include "desk/serial_port.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <condition_variable>
+#include <mutex>
+#include <stdexcept>
+
+#include "kernel/faulty_device.h"
+#include "kernel/line_settings.h"
+#include "kernel/terminal.h"
+
+namespace Desk
+{
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+struct SerialPort::Private {
+    Private(KernelTestbed& itsTestbed, std::string itsPath)
+        : testbed(itsTestbed), path(std::move(itsPath)), device(itsTestbed),
+          wakeEvent(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
+    {
+        if (wakeEvent == -1)
+            throw std::runtime_error("no event for a virtual serial port");
+    }
+    ~Private() { close(wakeEvent); }
+    Private(const Private&) = delete;
+    Private& operator=(const Private&) = delete;
+
+    KernelTestbed& testbed;
+    const std::string path;
+    FaultyDevice device;
+    Terminal terminal;
+    const int wakeEvent;
+
+    mutable std::mutex mutex;
+    std::condition_variable changed;
+    bool plugged = false; // guarded by mutex, as all below
+    bool leaving = false; // the plug is being pulled: nobody begins to use the terminal
+    bool woken = false;
+    int users = 0; // of the terminal, without the lock
+
+    void Wake();
+    bool Wait(short events, milliseconds limit) const;
+    bool Enter(milliseconds limit);
+    void Leave();
+};
+
+void SerialPort::Private::Wake()
+{
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = write(wakeEvent, &one, sizeof one);
+}
+
+/// Whether the far end is ready within the limit and nobody woke.
+bool SerialPort::Private::Wait(short events, milliseconds limit) const
+{
+    std::array<pollfd, 2> waiting{{{terminal.GetFarEnd(), events, 0}, {wakeEvent, POLLIN, 0}}};
+    poll(waiting.data(), waiting.size(), static_cast<int>(limit.count()));
+    return (waiting[0].revents & events) != 0;
+}
+
+/// Begins a use of the terminal, which keeps it from being closed; waits for the plug.
+bool SerialPort::Private::Enter(milliseconds limit)
+{
+    std::unique_lock hold(mutex);
+    changed.wait_for(hold, limit, [this] { return (plugged && !leaving) || woken; });
+    if (!plugged || leaving) {
+        woken = false;
+        return false;
+    }
+    ++users;
+    return true;
+}
+
+void SerialPort::Private::Leave()
+{
+    const std::lock_guard hold(mutex);
+    --users;
+    if (!leaving) {
+        std::uint64_t count = 0;
+        [[maybe_unused]] const ssize_t taken = read(wakeEvent, &count, sizeof count);
+        woken = false;
+    }
+    changed.notify_all();
+}
+
+SerialPort::SerialPort(KernelTestbed& testbed, const std::string& path)
+    : m_private(new Private(testbed, path))
+{
+    Plug();
+}
+
+SerialPort::~SerialPort()
+{
+    Unplug();
+}
+
+const std::string& SerialPort::GetPath() const
+{
+    return m_private->path;
+}
+
+bool SerialPort::IsPlugged() const
+{
+    const std::lock_guard hold(m_private->mutex);
+    return m_private->plugged && !m_private->leaving;
+}
+
+LineSettings SerialPort::GetSettings() const
+{
+    termios settings{};
+    m_private->testbed.GetPrivate().getLine(m_private->device.GetHandle(), &settings);
+    return ReadLineSettings(settings);
+}
+
+void SerialPort::SetSettings(const LineSettings& settings)
+{
+    if (!m_private->Enter(milliseconds(0)))
+        return;
+    termios all{};
+    tcgetattr(m_private->terminal.GetNearEnd(), &all);
+    WriteLineSettings(settings, all);
+    tcsetattr(m_private->terminal.GetNearEnd(), TCSANOW, &all);
+    m_private->testbed.GetPrivate().setLine(m_private->device.GetHandle(), &all);
+    m_private->Leave();
+}
+
+bool SerialPort::Send(std::span<const std::uint8_t> bytes)
+{
+    if (!m_private->Enter(milliseconds(0)))
+        return false;
+    while (!bytes.empty()) {
+        const ssize_t sent = write(m_private->terminal.GetFarEnd(), bytes.data(), bytes.size());
+        if (sent > 0)
+            bytes = bytes.subspan(static_cast<std::size_t>(sent));
+        else if (errno != EAGAIN || !m_private->Wait(POLLOUT, Patience))
+            break;
+    }
+    m_private->Leave();
+    return bytes.empty();
+}
+
+std::vector<std::uint8_t> SerialPort::Receive(unsigned limit)
+{
+    std::vector<std::uint8_t> bytes;
+    if (!m_private->Enter(milliseconds(limit)))
+        return bytes;
+    if (m_private->Wait(POLLIN, milliseconds(limit))) {
+        std::array<std::uint8_t, 4096> piece{};
+        ssize_t length = 0;
+        while ((length = read(m_private->terminal.GetFarEnd(), piece.data(), piece.size())) > 0)
+            bytes.insert(bytes.end(), piece.begin(), piece.begin() + length);
+    }
+    m_private->Leave();
+    return bytes;
+}
+
+std::vector<std::uint8_t> SerialPort::ReceiveCount(std::size_t count)
+{
+    const auto end = steady_clock::now() + Patience;
+    std::vector<std::uint8_t> bytes;
+    while (bytes.size() < count && steady_clock::now() < end) {
+        if (!m_private->Enter(milliseconds(100)))
+            continue;
+        std::uint8_t byte = 0;
+        if (m_private->Wait(POLLIN, milliseconds(100)) &&
+            read(m_private->terminal.GetFarEnd(), &byte, 1) == 1)
+            bytes.push_back(byte);
+        m_private->Leave();
+    }
+    return bytes;
+}
+
+void SerialPort::Wake()
+{
+    const std::lock_guard hold(m_private->mutex);
+    m_private->woken = true;
+    m_private->Wake();
+    m_private->changed.notify_all();
+}
+
+void SerialPort::Unplug()
+{
+    std::unique_lock hold(m_private->mutex);
+    if (!m_private->plugged)
+        return;
+    m_private->leaving = true;
+    m_private->Wake();
+    m_private->changed.wait(hold, [this] { return m_private->users == 0; });
+    m_private->device.Remove();
+    m_private->terminal.Close();
+    m_private->plugged = false;
+    m_private->leaving = false;
+}
+
+void SerialPort::Plug()
+{
+    {
+        const std::lock_guard hold(m_private->mutex);
+        if (m_private->plugged)
+            return;
+        std::uint64_t count = 0;
+        [[maybe_unused]] const ssize_t taken = read(m_private->wakeEvent, &count, sizeof count);
+        m_private->device.Name(m_private->path);
+        m_private->terminal.Open(m_private->testbed, m_private->path);
+        m_private->plugged = true;
+        m_private->changed.notify_all();
+    }
+    SetSettings(LineSettings());
+}
+
+void SerialPort::RefuseOpen(int error)
+{
+    m_private->device.Change([error](DeskDeviceFaults& faults) { faults.openError = error; });
+}
+
+void SerialPort::Stall()
+{
+    if (!m_private->Enter(milliseconds(0)))
+        return;
+    tcflow(m_private->terminal.GetNearEnd(), TCOOFF);
+    m_private->Leave();
+}
+
+void SerialPort::Resume()
+{
+    if (!m_private->Enter(milliseconds(0)))
+        return;
+    tcflow(m_private->terminal.GetNearEnd(), TCOON);
+    m_private->Leave();
+}
+
+void SerialPort::SetDelay(unsigned microseconds)
+{
+    m_private->device.Change([microseconds](DeskDeviceFaults& faults) {
+        faults.delay = static_cast<long>(microseconds);
+    });
+}
+
+int SerialPort::CountOpen() const
+{
+    return m_private->device.GetUse().openNow;
+}
+
+int SerialPort::CountOpened() const
+{
+    return m_private->device.GetUse().openedEver;
+}
+
+int SerialPort::GetLastOpenFlags() const
+{
+    return m_private->device.GetUse().lastFlags;
+}
+
+} // namespace Desk

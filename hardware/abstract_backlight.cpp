@@ -1,0 +1,4 @@
+// SPDX-License-Identifier: MIT
+#include "hardware/abstract_backlight.h"
+
+AbstractBacklight::~AbstractBacklight() = default;
