@@ -91,6 +91,34 @@ void SerialPort::Private::Leave()
     changed.notify_all();
 }
 
+namespace
+{
+
+/// A use of the terminal for as long as it lives, where one could begin within the limit.
+template <class Port> class Use
+{
+public:
+    explicit Use(Port& port, milliseconds limit = milliseconds(0))
+        : m_port(port), m_begun(port.Enter(limit))
+    {
+    }
+    ~Use()
+    {
+        if (m_begun)
+            m_port.Leave();
+    }
+    Use(const Use&) = delete;
+    Use& operator=(const Use&) = delete;
+
+    explicit operator bool() const { return m_begun; }
+
+private:
+    Port& m_port;
+    const bool m_begun;
+};
+
+} // namespace
+
 SerialPort::SerialPort(KernelTestbed& testbed, const std::string& path)
     : m_private(new Private(testbed, path))
 {
@@ -122,19 +150,20 @@ LineSettings SerialPort::GetSettings() const
 
 void SerialPort::SetSettings(const LineSettings& settings)
 {
-    if (!m_private->Enter(milliseconds(0)))
+    const Use use(*m_private);
+    if (!use)
         return;
     termios all{};
     tcgetattr(m_private->terminal.GetNearEnd(), &all);
     WriteLineSettings(settings, all);
     tcsetattr(m_private->terminal.GetNearEnd(), TCSANOW, &all);
     m_private->testbed.GetPrivate().setLine(m_private->device.GetHandle(), &all);
-    m_private->Leave();
 }
 
 bool SerialPort::Send(std::span<const std::uint8_t> bytes)
 {
-    if (!m_private->Enter(milliseconds(0)))
+    const Use use(*m_private);
+    if (!use)
         return false;
     while (!bytes.empty()) {
         const ssize_t sent = write(m_private->terminal.GetFarEnd(), bytes.data(), bytes.size());
@@ -143,14 +172,14 @@ bool SerialPort::Send(std::span<const std::uint8_t> bytes)
         else if (errno != EAGAIN || !m_private->Wait(POLLOUT, Patience))
             break;
     }
-    m_private->Leave();
     return bytes.empty();
 }
 
 std::vector<std::uint8_t> SerialPort::Receive(unsigned limit)
 {
     std::vector<std::uint8_t> bytes;
-    if (!m_private->Enter(milliseconds(limit)))
+    const Use use(*m_private, milliseconds(limit));
+    if (!use)
         return bytes;
     if (m_private->Wait(POLLIN, milliseconds(limit))) {
         std::array<std::uint8_t, 4096> piece{};
@@ -158,7 +187,6 @@ std::vector<std::uint8_t> SerialPort::Receive(unsigned limit)
         while ((length = read(m_private->terminal.GetFarEnd(), piece.data(), piece.size())) > 0)
             bytes.insert(bytes.end(), piece.begin(), piece.begin() + length);
     }
-    m_private->Leave();
     return bytes;
 }
 
@@ -167,13 +195,13 @@ std::vector<std::uint8_t> SerialPort::ReceiveCount(std::size_t count)
     const auto end = steady_clock::now() + Patience;
     std::vector<std::uint8_t> bytes;
     while (bytes.size() < count && steady_clock::now() < end) {
-        if (!m_private->Enter(milliseconds(100)))
+        const Use use(*m_private, milliseconds(100));
+        if (!use)
             continue;
         std::uint8_t byte = 0;
         if (m_private->Wait(POLLIN, milliseconds(100)) &&
             read(m_private->terminal.GetFarEnd(), &byte, 1) == 1)
             bytes.push_back(byte);
-        m_private->Leave();
     }
     return bytes;
 }
@@ -223,18 +251,18 @@ void SerialPort::RefuseOpen(int error)
 
 void SerialPort::Stall()
 {
-    if (!m_private->Enter(milliseconds(0)))
+    const Use use(*m_private);
+    if (!use)
         return;
     tcflow(m_private->terminal.GetNearEnd(), TCOOFF);
-    m_private->Leave();
 }
 
 void SerialPort::Resume()
 {
-    if (!m_private->Enter(milliseconds(0)))
+    const Use use(*m_private);
+    if (!use)
         return;
     tcflow(m_private->terminal.GetNearEnd(), TCOON);
-    m_private->Leave();
 }
 
 void SerialPort::SetDelay(unsigned microseconds)

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "desk/flat_panel.h"
 
-#include <atomic>
 #include <condition_variable>
 #include <map>
 #include <mutex>
-#include <thread>
+#include <optional>
 #include <utility>
 
+#include "desk/serial_peer.h"
 #include "kernel/terminal.h"
 
 namespace Desk
@@ -16,81 +16,63 @@ namespace Desk
 namespace
 {
 
-/// Longest sleep of a panel to which nobody talks; it is woken for everything.
-constexpr unsigned IdleMilliseconds = 1000;
-
-bool IsUnderstood(const LineSettings& line)
+LineSettings GetPanelSettings()
 {
-    constexpr int BaudRate = 57600;
-    return line.baud == BaudRate && line.dataBits == 8 && line.stopBits == 1 &&
-           line.parity == LineSettings::Parity::None;
+    LineSettings settings;
+    settings.baud = 57600;
+    return settings;
 }
 
 } // namespace
 
 struct FlatPanel::Private {
-    Private(SerialPort& itsPort, PacketTaker itsTake) : port(itsPort), take(std::move(itsTake)) {}
+    explicit Private(PacketTaker itsTake) : take(std::move(itsTake)) {}
 
-    SerialPort& port;
     const PacketTaker take;
-    std::atomic<bool> isEnding{false};
 
     mutable std::mutex mutex;
     mutable std::condition_variable changed;
     PanelDecoder decoder; // guarded by mutex, as all below
     std::vector<PanelPacket> packets;
     std::map<std::pair<std::uint8_t, std::uint8_t>, int> adjusters;
-    std::size_t noise = 0;
 
-    std::thread thread;
+    std::optional<SerialPeer> peer; // last, so that it ends first
 
-    void Listen();
-    std::vector<PanelPacket> Hear(const std::vector<std::uint8_t>& bytes);
+    SerialPeer::Bytes Hear(const SerialPeer::Bytes& bytes);
 };
 
-void FlatPanel::Private::Listen()
-{
-    while (!isEnding) {
-        const std::vector<std::uint8_t> bytes = port.Receive(IdleMilliseconds);
-        for (const PanelPacket& packet : Hear(bytes))
-            if (take)
-                take(packet);
-    }
-}
-
-std::vector<PanelPacket> FlatPanel::Private::Hear(const std::vector<std::uint8_t>& bytes)
+/// It has no answers.
+SerialPeer::Bytes FlatPanel::Private::Hear(const SerialPeer::Bytes& bytes)
 {
     std::vector<PanelPacket> heard;
-    if (bytes.empty())
-        return heard;
-    const bool isUnderstood = IsUnderstood(port.GetSettings());
-    const std::lock_guard hold(mutex);
-    if (!isUnderstood) {
-        noise += bytes.size();
-        return heard;
+    {
+        const std::lock_guard hold(mutex);
+        for (const std::uint8_t byte : bytes)
+            for (const PanelPacket& packet : decoder.Take(byte)) {
+                if (packet.command == PanelPacket::Command::SetAdjuster)
+                    adjusters[{packet.unit, packet.code}] = packet.value;
+                heard.push_back(packet);
+            }
     }
-    for (const std::uint8_t byte : bytes)
-        for (const PanelPacket& packet : decoder.Take(byte)) {
-            if (packet.command == PanelPacket::Command::SetAdjuster)
-                adjusters[{packet.unit, packet.code}] = packet.value;
-            heard.push_back(packet);
-        }
+    if (take)
+        for (const PanelPacket& packet : heard)
+            take(packet);
+    const std::lock_guard hold(mutex);
     packets.insert(packets.end(), heard.begin(), heard.end());
     changed.notify_all();
-    return heard;
+    return {};
 }
 
-FlatPanel::FlatPanel(SerialPort& port, PacketTaker take)
-    : m_private(new Private(port, std::move(take)))
+FlatPanel::FlatPanel(SerialPort& port, PacketTaker take) : m_private(new Private(std::move(take)))
 {
-    m_private->thread = std::thread([this] { m_private->Listen(); });
+    m_private->peer.emplace(port, GetPanelSettings(), [this](const SerialPeer::Bytes& bytes) {
+        return m_private->Hear(bytes);
+    });
 }
 
 FlatPanel::~FlatPanel()
 {
-    m_private->isEnding = true;
-    m_private->port.Wake();
-    m_private->thread.join();
+    m_private->peer.reset();
 }
 
 int FlatPanel::GetAdjuster(std::uint8_t unit, std::uint8_t code) const
@@ -121,8 +103,12 @@ std::size_t FlatPanel::CountRejected() const
 
 std::size_t FlatPanel::CountNoise() const
 {
-    const std::lock_guard hold(m_private->mutex);
-    return m_private->noise;
+    return m_private->peer->CountNoise();
+}
+
+bool FlatPanel::WaitForBytes(std::size_t count) const
+{
+    return m_private->peer->WaitForBytes(count);
 }
 
 } // namespace Desk

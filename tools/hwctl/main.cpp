@@ -40,6 +40,7 @@ void AddCommonOptions(CLI::App& app, CommonOptions& options)
     app.add_option("--log-to", options.logSink, "Where log lines go: stderr, journal or none")
         ->check(CLI::IsMember({"stderr", "journal", "none"}));
     app.require_subcommand(1);
+    app.fallthrough(); // these options may stand behind the command too
     app.failure_message(CLI::FailureMessage::simple);
 }
 
@@ -78,10 +79,13 @@ int Run(int argc, char** argv)
     Action action;
     CLI::App app("Looks at and works the hardware of a lighting-control console", "hwctl");
     AddCommonOptions(app, options);
+    AddBacklightCommand(app, options, action);
     AddListCommand(app, options, action);
     AddLtcCommand(app, options, action);
     AddMonitorCommand(app, options, action);
+    AddPanelCommand(app, options, action);
     AddSendCommand(app, options, action);
+    AddSerialCommand(app, options, action);
     AddSimulateCommand(app, options, action);
     AddWingCommands(app, options, action);
     try {

@@ -36,6 +36,8 @@ public:
     std::vector<PanelPacket> GetPackets() const;
     /// Waits until so many were understood. @return false when they do not come within 20 s
     bool WaitForPackets(std::size_t count) const;
+    /// The same for bytes, whatever became of them.
+    bool WaitForBytes(std::size_t count) const;
     /// Packets that were rejected, and bytes that came at wrong settings of the line.
     std::size_t CountRejected() const;
     std::size_t CountNoise() const;

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Hwctl
+{
+
+/// Takes the trace lines of the serial port and of the flat-panel controller, whose operations tell
+/// of failures, and of what they send, by nothing else. All other lines go on to where they went,
+/// and these too where the user asked for them. One at a time.
+class LogTap
+{
+public:
+    LogTap();
+    ~LogTap();
+    LogTap(const LogTap&) = delete;
+    LogTap& operator=(const LogTap&) = delete;
+
+    /// Texts since the call before that begin with @p start, without it.
+    std::vector<std::string> Take(const std::string& start);
+    /// The same for lines that tell of a failure, whole.
+    std::vector<std::string> TakeFailures() { return TakeWhole("Failed to "); }
+
+private:
+    struct Private;
+
+    std::vector<std::string> TakeWhole(const std::string& start);
+
+    const std::shared_ptr<Private> m_private;
+};
+
+} // namespace Hwctl
