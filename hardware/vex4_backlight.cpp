@@ -144,6 +144,7 @@ void Vex4Backlight::MapRegisters()
     mapSide(CenterBases, m_centerBrightness, m_centerFrequency);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): callers know it so
 unsigned int* Vex4Backlight::Map(void* base, unsigned int offset)
 {
     const std::uintptr_t address = GetAddress(base) + offset;

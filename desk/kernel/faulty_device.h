@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "kernel/testbed_private.h"
 
@@ -28,7 +29,7 @@ public:
         m_faults = DeskNoFaults;
     }
     /// Takes the name away.
-    void Remove() { m_testbed.removeDevice(m_handle); }
+    void Remove() const { m_testbed.removeDevice(m_handle); }
 
     /// Changes the faults, for open descriptors too.
     template <class Edit> void Change(Edit edit)
@@ -43,7 +44,7 @@ private:
     void Release()
     {
         if (m_handle != -1)
-            m_testbed.releaseDevice(m_handle);
+            m_testbed.releaseDevice(std::exchange(m_handle, -1));
     }
 
     KernelTestbed::Private& m_testbed;

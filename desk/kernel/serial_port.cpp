@@ -46,13 +46,13 @@ struct SerialPort::Private {
     bool woken = false;
     int users = 0; // of the terminal, without the lock
 
-    void Wake();
+    void Wake() const;
     bool Wait(short events, milliseconds limit) const;
     bool Enter(milliseconds limit);
     void Leave();
 };
 
-void SerialPort::Private::Wake()
+void SerialPort::Private::Wake() const
 {
     const std::uint64_t one = 1;
     [[maybe_unused]] const ssize_t written = write(wakeEvent, &one, sizeof one);
@@ -254,6 +254,7 @@ void SerialPort::Stall()
     const Use use(*m_private);
     if (!use)
         return;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): it works on a descriptor and nothing else
     tcflow(m_private->terminal.GetNearEnd(), TCOOFF);
 }
 
@@ -262,6 +263,7 @@ void SerialPort::Resume()
     const Use use(*m_private);
     if (!use)
         return;
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): it works on a descriptor and nothing else
     tcflow(m_private->terminal.GetNearEnd(), TCOON);
 }
 

@@ -55,7 +55,7 @@ void Terminal::Close()
     CloseEnd(m_nearEnd);
 }
 
-void Terminal::HangUp()
+void Terminal::HangUp() const
 {
     // Another terminal's end takes the number's place, so that nobody meanwhile gets the number.
     const int other = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);

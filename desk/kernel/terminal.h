@@ -29,7 +29,7 @@ public:
     /// The program's end, kept open, since a terminal without any near end reports a hang-up.
     int GetNearEnd() const { return m_nearEnd; }
     /// Hangs up and leaves the name.
-    void HangUp();
+    void HangUp() const;
 
 private:
     std::string m_node;

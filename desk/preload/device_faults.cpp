@@ -43,13 +43,13 @@ struct RefusedMap {
 
 struct Device {
     char path[PathLength];
-    bool held;         // its handle is in use
-    bool named;        // its path opens it
-    DeskDeviceUse use; // a device that is not held and has no descriptor open is free
-    DeskDeviceFaults faults;
     RefusedMap refusedMaps[RefusedMapCount];
+    DeskDeviceFaults faults;
+    DeskDeviceUse use;   // a device that is not held and has no descriptor open is free
+    struct termios line; // settings, as set last
+    bool held;           // its handle is in use
+    bool named;          // its path opens it
     bool isSerial;       // has line settings
-    struct termios line; // as set last
 };
 
 pthread_mutex_t g_lock = PTHREAD_MUTEX_INITIALIZER;

@@ -84,6 +84,16 @@ TEST_F(WingMapperOutputs, SectionsAreTenMastersApart)
     EXPECT_THAT(leds.back(), testing::Pair(54, 20));
 }
 
+TEST_F(WingMapperOutputs, SectionsAreTenMastersApartAlsoWhereThereAreFewer)
+{
+    Desk::VirtualWidget& wing = Add("Vex4Petite");
+    m_mapper.set_led_section(wing.GetKey(), 1, UmWing::LedState_On);
+    EXPECT_THAT(wing.GetLog(), IsEmpty());
+    // The master ids wrap to those of section 0, as they would not at five apart.
+    m_mapper.set_led_section(wing.GetKey(), 32768, UmWing::LedState_On);
+    EXPECT_THAT(GetLedsSet(wing), SizeIs(25));
+}
+
 TEST_F(WingMapperOutputs, TheMasterOfASectionIsCutTo16Bits)
 {
     Desk::VirtualWidget& wing = Add("Vex4Pixi");

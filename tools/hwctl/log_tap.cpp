@@ -51,7 +51,9 @@ LogTap::LogTap() : m_private(std::make_shared<Private>())
 {
     m_private->previous = Standalone::SetLogSink(nullptr);
     // Contexts are made on first use; this one use comes to nothing.
-    Hardware::Kontron("", 0);
+    {
+        const Hardware::Kontron inert("", 0);
+    }
     for (const char* const path : Tapped) {
         Os::Log::Context* const context = Os::Log::Context::Find(path);
         if (!context)

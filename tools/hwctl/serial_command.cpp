@@ -82,9 +82,12 @@ public:
         std::fflush(stdout); // who sees that the port is open may interrupt
         QSocketNotifier notifier(m_serial.GetDeviceHandle(), QSocketNotifier::Read);
         QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [this] { Read(); });
+        QTimer timer;
+        timer.setSingleShot(true);
+        QObject::connect(&timer, &QTimer::timeout, &timer,
+                         [] { QCoreApplication::exit(ExitCode_Success); });
         if (seconds > 0)
-            QTimer::singleShot(static_cast<int>(seconds * 1000), &notifier,
-                               [] { QCoreApplication::exit(ExitCode_Success); });
+            timer.start(static_cast<int>(seconds * 1000));
         const int code = QCoreApplication::exec();
         std::printf("%zu bytes received\n", m_dump.GetCount());
         return code;
@@ -163,6 +166,7 @@ int WorkSerial(const CommonOptions& options, const Arguments& arguments)
 template <class Value> std::vector<std::string> GetNames(const std::map<std::string, Value>& map)
 {
     std::vector<std::string> names;
+    names.reserve(map.size());
     for (const auto& [name, value] : map)
         names.push_back(name);
     return names;
