@@ -88,8 +88,8 @@ void Set(tcflag_t& flags, tcflag_t which, bool on)
 LineSettings ReadLineSettings(const termios& settings)
 {
     LineSettings line;
-    const speed_t speed = cfgetospeed(&settings);
-    line.baud = cfgetispeed(&settings) == speed ? GetBaud(speed) : -1;
+    // The fields themselves: cfgetispeed() tells the output's.
+    line.baud = settings.c_ispeed == settings.c_ospeed ? GetBaud(settings.c_ospeed) : -1;
     line.parity = GetParity(settings.c_cflag);
     line.dataBits = GetDataBits(settings.c_cflag);
     line.stopBits = (settings.c_cflag & CSTOPB) != 0 ? 2 : 1;

@@ -93,6 +93,18 @@ void PhysicalMemory::RefuseMaps(int error)
     m_private->refuseMap(m_private->device.GetHandle(), ~0UL, error);
 }
 
+void PhysicalMemory::SetDelay(unsigned microseconds)
+{
+    m_private->device.Change([microseconds](DeskDeviceFaults& faults) {
+        faults.delay = static_cast<long>(microseconds);
+    });
+}
+
+long PhysicalMemory::GetDelayed() const
+{
+    return m_private->device.GetUse().delayed;
+}
+
 int PhysicalMemory::CountOpen() const
 {
     return m_private->device.GetUse().openNow;

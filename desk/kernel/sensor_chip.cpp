@@ -89,6 +89,11 @@ void SensorChip::SetDelay(unsigned microseconds)
     });
 }
 
+long SensorChip::GetDelayed() const
+{
+    return m_private->device.GetUse().delayed;
+}
+
 int SensorChip::CountOpen() const
 {
     return m_private->device.GetUse().openNow;

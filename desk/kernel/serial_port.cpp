@@ -24,12 +24,17 @@ using std::chrono::steady_clock;
 struct SerialPort::Private {
     Private(KernelTestbed& itsTestbed, std::string itsPath)
         : testbed(itsTestbed), path(std::move(itsPath)), device(itsTestbed),
+          leaveEvent(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)),
           wakeEvent(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
     {
-        if (wakeEvent == -1)
+        if (leaveEvent == -1 || wakeEvent == -1)
             throw std::runtime_error("no event for a virtual serial port");
     }
-    ~Private() { close(wakeEvent); }
+    ~Private()
+    {
+        close(leaveEvent);
+        close(wakeEvent);
+    }
     Private(const Private&) = delete;
     Private& operator=(const Private&) = delete;
 
@@ -37,31 +42,45 @@ struct SerialPort::Private {
     const std::string path;
     FaultyDevice device;
     Terminal terminal;
-    const int wakeEvent;
+    const int leaveEvent; // while leaving
+    const int wakeEvent;  // while woken
 
     mutable std::mutex mutex;
     std::condition_variable changed;
     bool plugged = false; // guarded by mutex, as all below
     bool leaving = false; // the plug is being pulled: nobody begins to use the terminal
-    bool woken = false;
-    int users = 0; // of the terminal, without the lock
+    bool woken = false;   // the next Receive() returns
+    int users = 0;        // of the terminal, without the lock
 
-    void Wake() const;
-    bool Wait(short events, milliseconds limit) const;
+    bool Wait(short events, milliseconds limit, int event = -1) const;
     bool Enter(milliseconds limit);
     void Leave();
+    void ClearWake();
+    void SetLine(const LineSettings& settings);
 };
 
-void SerialPort::Private::Wake() const
+namespace
+{
+
+void Raise(int event)
 {
     const std::uint64_t one = 1;
-    [[maybe_unused]] const ssize_t written = write(wakeEvent, &one, sizeof one);
+    [[maybe_unused]] const ssize_t written = write(event, &one, sizeof one);
 }
 
-/// Whether the far end is ready within the limit and nobody woke.
-bool SerialPort::Private::Wait(short events, milliseconds limit) const
+void Clear(int event)
 {
-    std::array<pollfd, 2> waiting{{{terminal.GetFarEnd(), events, 0}, {wakeEvent, POLLIN, 0}}};
+    std::uint64_t count = 0;
+    [[maybe_unused]] const ssize_t taken = read(event, &count, sizeof count);
+}
+
+} // namespace
+
+/// Whether the far end is ready within the limit, with nobody leaving, nor @p event raised.
+bool SerialPort::Private::Wait(short events, milliseconds limit, int event) const
+{
+    std::array<pollfd, 3> waiting{
+        {{terminal.GetFarEnd(), events, 0}, {leaveEvent, POLLIN, 0}, {event, POLLIN, 0}}};
     poll(waiting.data(), waiting.size(), static_cast<int>(limit.count()));
     return (waiting[0].revents & events) != 0;
 }
@@ -71,10 +90,8 @@ bool SerialPort::Private::Enter(milliseconds limit)
 {
     std::unique_lock hold(mutex);
     changed.wait_for(hold, limit, [this] { return (plugged && !leaving) || woken; });
-    if (!plugged || leaving) {
-        woken = false;
+    if (!plugged || leaving)
         return false;
-    }
     ++users;
     return true;
 }
@@ -83,12 +100,24 @@ void SerialPort::Private::Leave()
 {
     const std::lock_guard hold(mutex);
     --users;
-    if (!leaving) {
-        std::uint64_t count = 0;
-        [[maybe_unused]] const ssize_t taken = read(wakeEvent, &count, sizeof count);
-        woken = false;
-    }
     changed.notify_all();
+}
+
+void SerialPort::Private::ClearWake()
+{
+    const std::lock_guard hold(mutex);
+    Clear(wakeEvent);
+    woken = false;
+}
+
+/// While the terminal is open.
+void SerialPort::Private::SetLine(const LineSettings& settings)
+{
+    termios all{};
+    tcgetattr(terminal.GetNearEnd(), &all);
+    WriteLineSettings(settings, all);
+    tcsetattr(terminal.GetNearEnd(), TCSANOW, &all);
+    testbed.GetPrivate().setLine(device.GetHandle(), &all);
 }
 
 namespace
@@ -153,11 +182,7 @@ void SerialPort::SetSettings(const LineSettings& settings)
     const Use use(*m_private);
     if (!use)
         return;
-    termios all{};
-    tcgetattr(m_private->terminal.GetNearEnd(), &all);
-    WriteLineSettings(settings, all);
-    tcsetattr(m_private->terminal.GetNearEnd(), TCSANOW, &all);
-    m_private->testbed.GetPrivate().setLine(m_private->device.GetHandle(), &all);
+    m_private->SetLine(settings);
 }
 
 bool SerialPort::Send(std::span<const std::uint8_t> bytes)
@@ -179,14 +204,15 @@ std::vector<std::uint8_t> SerialPort::Receive(unsigned limit)
 {
     std::vector<std::uint8_t> bytes;
     const Use use(*m_private, milliseconds(limit));
-    if (!use)
-        return bytes;
-    if (m_private->Wait(POLLIN, milliseconds(limit))) {
+    if (use && m_private->Wait(POLLIN, milliseconds(limit), m_private->wakeEvent)) {
         std::array<std::uint8_t, 4096> piece{};
         ssize_t length = 0;
         while ((length = read(m_private->terminal.GetFarEnd(), piece.data(), piece.size())) > 0)
             bytes.insert(bytes.end(), piece.begin(), piece.begin() + length);
     }
+    // What woke this one is done with; a wake that comes with bytes waits for the next.
+    if (bytes.empty())
+        m_private->ClearWake();
     return bytes;
 }
 
@@ -210,7 +236,7 @@ void SerialPort::Wake()
 {
     const std::lock_guard hold(m_private->mutex);
     m_private->woken = true;
-    m_private->Wake();
+    Raise(m_private->wakeEvent);
     m_private->changed.notify_all();
 }
 
@@ -220,7 +246,7 @@ void SerialPort::Unplug()
     if (!m_private->plugged)
         return;
     m_private->leaving = true;
-    m_private->Wake();
+    Raise(m_private->leaveEvent);
     m_private->changed.wait(hold, [this] { return m_private->users == 0; });
     m_private->device.Remove();
     m_private->terminal.Close();
@@ -230,23 +256,27 @@ void SerialPort::Unplug()
 
 void SerialPort::Plug()
 {
-    {
-        const std::lock_guard hold(m_private->mutex);
-        if (m_private->plugged)
-            return;
-        std::uint64_t count = 0;
-        [[maybe_unused]] const ssize_t taken = read(m_private->wakeEvent, &count, sizeof count);
-        m_private->device.Name(m_private->path);
-        m_private->terminal.Open(m_private->testbed, m_private->path);
-        m_private->plugged = true;
-        m_private->changed.notify_all();
-    }
-    SetSettings(LineSettings());
+    const std::lock_guard hold(m_private->mutex);
+    if (m_private->plugged)
+        return;
+    Clear(m_private->leaveEvent);
+    m_private->device.Name(m_private->path);
+    m_private->terminal.Open(m_private->testbed, m_private->path, [this] {
+        // Before anybody can open it by its name.
+        m_private->SetLine(LineSettings());
+    });
+    m_private->plugged = true;
+    m_private->changed.notify_all();
 }
 
 void SerialPort::RefuseOpen(int error)
 {
     m_private->device.Change([error](DeskDeviceFaults& faults) { faults.openError = error; });
+}
+
+void SerialPort::RefuseReads(int error)
+{
+    m_private->device.Change([error](DeskDeviceFaults& faults) { faults.readError = error; });
 }
 
 void SerialPort::Stall()
@@ -272,6 +302,11 @@ void SerialPort::SetDelay(unsigned microseconds)
     m_private->device.Change([microseconds](DeskDeviceFaults& faults) {
         faults.delay = static_cast<long>(microseconds);
     });
+}
+
+long SerialPort::GetDelayed() const
+{
+    return m_private->device.GetUse().delayed;
 }
 
 int SerialPort::CountOpen() const

@@ -26,7 +26,8 @@ void CloseEnd(int& end)
 
 } // namespace
 
-void Terminal::Open(const KernelTestbed& testbed, const std::string& path)
+void Terminal::Open(const KernelTestbed& testbed, const std::string& path,
+                    const std::function<void()>& prepare)
 {
     m_farEnd = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     std::array<char, 64> terminal{};
@@ -40,6 +41,8 @@ void Terminal::Open(const KernelTestbed& testbed, const std::string& path)
     m_nearEnd = ioctl(m_farEnd, TIOCGPTPEER, O_RDWR | O_NOCTTY | O_CLOEXEC);
     if (m_nearEnd == -1)
         throw std::runtime_error("no near end for " + path);
+    if (prepare)
+        prepare();
     m_node = testbed.GetPathOf(path);
     std::filesystem::create_directories(std::filesystem::path(m_node).parent_path());
     std::filesystem::create_symlink(terminal.data(), m_node);

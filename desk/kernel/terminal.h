@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 #include "desk/kernel_testbed.h"
@@ -19,7 +20,9 @@ public:
     Terminal& operator=(const Terminal&) = delete;
 
     /// Makes it, raw, under the name @p path. Throws std::runtime_error where there is none to get.
-    void Open(const KernelTestbed& testbed, const std::string& path);
+    /// @param prepare what is done to it before it has the name
+    void Open(const KernelTestbed& testbed, const std::string& path,
+              const std::function<void()>& prepare = {});
     /// Hangs up and takes the name away.
     void Close();
     bool IsOpen() const { return m_farEnd != -1; }

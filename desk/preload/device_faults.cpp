@@ -126,6 +126,7 @@ void Dawdle(int device)
     {
         const Hold hold;
         const long delay = g_devices[device].faults.delay;
+        g_devices[device].use.delayed += delay;
         time.tv_sec = delay / 1000000;
         time.tv_nsec = delay % 1000000 * 1000;
     }

@@ -36,6 +36,7 @@ struct DeskDeviceUse {
     int openedEver; ///< opens that succeeded
     int lastFlags;  ///< flags of the last of them
     long lastWait;  ///< limit of the last select() on it, in microseconds
+    long delayed;   ///< microseconds that its opens, reads and writes were delayed, together
 };
 
 /// Tells how a device was used.

@@ -40,9 +40,23 @@ SerialBuffer& SerialBuffer::BlockDuration(int microseconds)
 int SerialBuffer::Read()
 {
     if (m_position >= m_fill) {
-        const int result = Fill();
-        if (result < 0)
-            return result;
+        const auto limit = static_cast<unsigned>(m_blockDuration);
+        if (Serial::WaitForInput({m_port.GetDeviceHandle()}, limit) < 1)
+            return TimedOut;
+        const int count = m_port.Read(m_buffer.get(), m_size);
+        if (count == -1) {
+            if (m_trace != 0)
+                HARDWARE_LOG(SerialLogContext(), Os::Log::Trace, "error");
+            return Failed;
+        }
+        if (count == 0) {
+            if (m_trace != 0)
+                HARDWARE_LOG(SerialLogContext(), Os::Log::Trace, "timeout");
+            return TimedOut;
+        }
+        // The port reports failures by positive numbers, which count as bytes here: kept as it is.
+        m_fill = static_cast<unsigned>(count);
+        m_position = 0;
     }
     // An errno value that was taken for a number of bytes may be beyond the buffer.
     const int byte = m_position < m_size ? m_buffer[m_position] : 0;
@@ -50,29 +64,6 @@ int SerialBuffer::Read()
     if (m_trace != 0)
         HARDWARE_LOG(SerialLogContext(), Os::Log::Trace, "read " << byte << " (" << byte << ')');
     return byte;
-}
-
-/// Reads the device once. Returns 0, or what Read() is to return instead of a byte.
-int SerialBuffer::Fill()
-{
-    if (Serial::WaitForInput({m_port.GetDeviceHandle()}, static_cast<unsigned>(m_blockDuration)) <
-        1)
-        return TimedOut;
-    const int count = m_port.Read(m_buffer.get(), m_size);
-    if (count == -1) {
-        if (m_trace != 0)
-            HARDWARE_LOG(SerialLogContext(), Os::Log::Trace, "error");
-        return Failed;
-    }
-    if (count == 0) {
-        if (m_trace != 0)
-            HARDWARE_LOG(SerialLogContext(), Os::Log::Trace, "timeout");
-        return TimedOut;
-    }
-    // The port reports failures by positive numbers, which count as bytes here: kept as it is.
-    m_fill = static_cast<unsigned>(count);
-    m_position = 0;
-    return 0;
 }
 
 int SerialBuffer::Write(unsigned char* buf, std::size_t len)

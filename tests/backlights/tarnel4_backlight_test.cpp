@@ -120,6 +120,7 @@ TEST_F(Tarnel4BacklightTest, SlowChipOnlyTakesLonger)
 {
     m_chip.SetDelay(20'000);
     EXPECT_TRUE(m_backlight.SetRightBacklight(0));
+    EXPECT_EQ(m_chip.GetDelayed(), 40'000); // for its open and its write
     EXPECT_EQ(m_chip.GetText(), "255\n");
 }
 

@@ -188,9 +188,13 @@ TEST_F(DeskSerialPort, ReceiveEndsWhenWokenOrUnplugged)
     std::thread waker([this] { m_port.Wake(); });
     EXPECT_THAT(m_port.Receive(Forever), IsEmpty());
     waker.join();
-    std::thread hand([this] { m_port.Unplug(); });
+    std::thread hand([this] {
+        m_port.Unplug();
+        m_port.Wake(); // where the plug was pulled before anybody waited
+    });
     EXPECT_THAT(m_port.Receive(Forever), IsEmpty());
     hand.join();
+    m_port.Receive(0); // takes the wake where it was not needed
     std::thread secondWaker([this] { m_port.Wake(); });
     EXPECT_THAT(m_port.Receive(Forever), IsEmpty()); // without a plug
     secondWaker.join();
@@ -212,16 +216,54 @@ TEST_F(DeskSerialPort, ReceiveWaitsForThePlug)
     hand.join();
 }
 
+TEST_F(DeskSerialPort, AWakeIsForTheOneWhoReceives)
+{
+    m_port.Wake();
+    m_port.Stall();
+    m_port.Resume();
+    EXPECT_EQ(m_port.GetSettings(), LineSettings());
+    constexpr unsigned Forever = 1'000'000;
+    EXPECT_THAT(m_port.Receive(Forever), IsEmpty());
+}
+
+TEST_F(DeskSerialPort, DelaysItsCalls)
+{
+    const int descriptor = Open();
+    Configure(descriptor, B9600, CS8);
+    EXPECT_EQ(m_port.GetDelayed(), 0);
+    m_port.SetDelay(1000);
+    EXPECT_EQ(write(descriptor, "x", 1), 1);
+    Open();
+    EXPECT_EQ(m_port.GetDelayed(), 2000);
+    m_port.SetDelay(0);
+    EXPECT_EQ(write(descriptor, "x", 1), 1);
+    EXPECT_EQ(m_port.GetDelayed(), 2000);
+}
+
+TEST_F(DeskSerialPort, ReadsFailWhenToldSo)
+{
+    const int descriptor = Open();
+    m_port.RefuseReads(EIO);
+    char byte = 0;
+    EXPECT_EQ(read(descriptor, &byte, 1), -1);
+    EXPECT_EQ(errno, EIO);
+}
+
 TEST_F(DeskSerialPort, SurvivesPluggingWhileSomebodyListens)
 {
     std::atomic<bool> isEnding{false};
     std::thread listener([&] {
-        while (!isEnding)
+        while (!isEnding) {
             m_port.Receive(100);
+            m_port.GetSettings();
+            m_port.CountOpen();
+        }
     });
     for (int round = 0; round < 200; ++round) {
         m_port.Unplug();
         m_port.Plug();
+        m_port.Stall();
+        m_port.SetDelay(1);
     }
     isEnding = true;
     m_port.Wake();

@@ -179,6 +179,20 @@ TEST_F(SerialBufferTest, FailedReadNeverReachesOutsideTheBuffer)
     EXPECT_EQ(small.Read(), 3);
 }
 
+TEST_F(SerialBufferTest, ErrorOfThePortIsOne)
+{
+    // No system call fails with such a number; it is what a port would have to return.
+    Deliver({1});
+    m_calls.Fail("read", {-1, -1});
+    m_log.Clear();
+    EXPECT_EQ(m_buffer.Read(), -2);
+    EXPECT_EQ(m_log.Count("error"), 1U);
+    EXPECT_THAT(m_log.GetLines().back().function, testing::HasSubstr("SerialBuffer::Read"));
+    m_buffer.Trace(0);
+    EXPECT_EQ(m_buffer.Read(), -2);
+    EXPECT_EQ(m_log.Count("error"), 1U);
+}
+
 TEST_F(SerialBufferTest, BufferWithoutRoomTimesOut)
 {
     SerialBuffer none(m_serial, 0);

@@ -144,6 +144,7 @@ TEST_F(SerialOpen, RefusesOtherSpeeds)
         m_log.Clear();
         EXPECT_EQ(Open(baud), EINVAL) << baud;
         EXPECT_THAT(m_log.GetTexts(), ElementsAre("Invalid baud rate " + std::to_string(baud)));
+        EXPECT_THAT(m_log.GetLines()[0].function, testing::HasSubstr("Serial::Open(int"));
         EXPECT_FALSE(m_serial.IsValid());
         EXPECT_EQ(m_port.CountOpen(), 0);
     }

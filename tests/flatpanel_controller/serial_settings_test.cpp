@@ -164,16 +164,16 @@ TEST_F(SerialSettings, FlowControlThatIsNoneIsNoErrorAndChangesNothing)
 TEST_F(SerialSettings, SpeedIsSetAndCalledAFailureAllTheSame)
 {
     EXPECT_EQ(m_serial.SetSpeed(115200), 22);
-    EXPECT_EQ(cfgetispeed(&GetWorking()), static_cast<speed_t>(B115200));
-    EXPECT_EQ(cfgetospeed(&GetWorking()), static_cast<speed_t>(B115200));
+    EXPECT_EQ(GetWorking().c_ispeed, static_cast<speed_t>(B115200));
+    EXPECT_EQ(GetWorking().c_ospeed, static_cast<speed_t>(B115200));
     EXPECT_THAT(m_log.GetTexts(), ElementsAre("Baud found, baud 4098"));
 }
 
 TEST_F(SerialSettings, SpeedThatThereIsNotChangesNothing)
 {
     EXPECT_EQ(m_serial.SetSpeed(600), 22);
-    EXPECT_EQ(cfgetispeed(&GetWorking()), static_cast<speed_t>(B9600));
-    EXPECT_EQ(cfgetospeed(&GetWorking()), static_cast<speed_t>(B9600));
+    EXPECT_EQ(GetWorking().c_ispeed, static_cast<speed_t>(B9600));
+    EXPECT_EQ(GetWorking().c_ospeed, static_cast<speed_t>(B9600));
     EXPECT_THAT(m_log.GetTexts(), ElementsAre("Invalid baud rate 600"));
 }
 
@@ -182,6 +182,6 @@ TEST_F(SerialSettings, SpeedOfWhatIsNoTerminalAnyMoreIsLeftAlone)
     m_port.Unplug();
     EXPECT_EQ(m_serial.SetSpeed(115200), 0);
     EXPECT_EQ(m_serial.SetSpeed(600), 0);
-    EXPECT_EQ(cfgetospeed(&GetWorking()), static_cast<speed_t>(B9600));
+    EXPECT_EQ(GetWorking().c_ospeed, static_cast<speed_t>(B9600));
     EXPECT_THAT(m_log.GetTexts(), IsEmpty());
 }

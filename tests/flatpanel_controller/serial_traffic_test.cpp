@@ -100,6 +100,16 @@ TEST_F(SerialTraffic, UnpluggedLineFails)
     EXPECT_EQ(m_log.GetTexts().size(), 1U);
 }
 
+TEST_F(SerialTraffic, DefectivePortFailsEveryRead)
+{
+    m_port.RefuseReads(EIO);
+    ASSERT_TRUE(m_port.Send(Bytes{1}));
+    std::array<unsigned char, 2> bytes{};
+    EXPECT_EQ(m_serial.Read(bytes.data(), bytes.size()), EIO);
+    EXPECT_THAT(m_log.GetTexts(),
+                ElementsAre("Failed to read from /dev/ttyS0 error Input/output error"));
+}
+
 TEST_F(SerialTraffic, WriteWaitsForAStalledLineUntilItGoesOnOrIsGone)
 {
     m_port.Stall();
@@ -126,6 +136,7 @@ TEST_F(SerialTraffic, SlowLineOnlyTakesLonger)
     m_port.SetDelay(20'000);
     Bytes bytes{1, 2, 3};
     EXPECT_EQ(m_serial.Write(bytes.data(), 3), 3);
+    EXPECT_EQ(m_port.GetDelayed(), 20'000);
     EXPECT_THAT(m_port.ReceiveCount(3), ElementsAre(1, 2, 3));
 }
 

@@ -31,6 +31,8 @@ std::string Shorten(const GUID& classId)
 
 std::string GetPlace(const QObject* signaller)
 {
+    if (!signaller->parent())
+        return "alone";
     const auto siblings =
         signaller->parent()->findChildren<Hardware::WidgetSignaller*>(Qt::FindDirectChildrenOnly);
     return std::to_string(siblings.indexOf(signaller));

@@ -15,7 +15,7 @@ namespace TestSupport
 struct RecordedCalls {
     /// Such as "register 0 KEYSTONE": the number is the signaller's place among its parent's
     /// children, in "connect 0 widgetAdded wing_add direct" too. Class identifiers are shortened
-    /// by what all have in common.
+    /// by what all have in common. A signaller without a parent is "alone".
     std::vector<std::string> calls;
     /// Whether a registration succeeds; it does nothing besides.
     std::function<bool(const std::string& call)> registers = [](const std::string&) {

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdarg>
 #include <sstream>
@@ -21,10 +22,27 @@ namespace
 
 thread_local SystemCalls* t_watch = nullptr;
 
-template <class Function> Function* FindNext(const char* name)
+/// The function of that name that stands behind this program's. Looked up once; without a guard as
+/// a static variable has one, since a sanitizer's runtime calls from its own start.
+template <class Function> class Next
 {
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
+public:
+    explicit constexpr Next(const char* name) : m_name(name) {}
+
+    template <class... Arguments> auto operator()(Arguments... arguments)
+    {
+        void* function = m_function.load(std::memory_order_relaxed);
+        if (!function) {
+            function = dlsym(RTLD_NEXT, m_name);
+            m_function.store(function, std::memory_order_relaxed);
+        }
+        return reinterpret_cast<Function*>(function)(arguments...);
+    }
+
+private:
+    const char* const m_name;
+    std::atomic<void*> m_function{nullptr};
+};
 
 std::string ToHex(unsigned long number)
 {
@@ -96,8 +114,8 @@ int SystemCalls::FindMap(void* page) const
 
 } // namespace TestSupport
 
-using TestSupport::FindNext;
 using TestSupport::MayCall;
+using TestSupport::Next;
 using TestSupport::t_watch;
 
 extern "C" {
@@ -106,7 +124,7 @@ extern "C" {
 
 TEST_EXPORT int open(const char* path, int flags, ...)
 {
-    static auto* const next = FindNext<int(const char*, int, ...)>("open");
+    static constinit Next<int(const char*, int, ...)> next("open");
     va_list arguments;
     va_start(arguments, flags);
     const mode_t mode = (flags & O_CREAT) != 0 ? static_cast<mode_t>(va_arg(arguments, int)) : 0;
@@ -123,7 +141,7 @@ TEST_EXPORT int open(const char* path, int flags, ...)
 
 TEST_EXPORT int close(int descriptor)
 {
-    static auto* const next = FindNext<int(int)>("close");
+    static constinit Next<int(int)> next("close");
     if (!MayCall(descriptor, "close"))
         return -1;
     if (t_watch)
@@ -133,21 +151,21 @@ TEST_EXPORT int close(int descriptor)
 
 TEST_EXPORT ssize_t read(int descriptor, void* buffer, size_t count)
 {
-    static auto* const next = FindNext<ssize_t(int, void*, size_t)>("read");
+    static constinit Next<ssize_t(int, void*, size_t)> next("read");
     return MayCall(descriptor, "read " + std::to_string(count)) ? next(descriptor, buffer, count)
                                                                 : -1;
 }
 
 TEST_EXPORT ssize_t write(int descriptor, const void* buffer, size_t count)
 {
-    static auto* const next = FindNext<ssize_t(int, const void*, size_t)>("write");
+    static constinit Next<ssize_t(int, const void*, size_t)> next("write");
     return MayCall(descriptor, "write " + std::to_string(count)) ? next(descriptor, buffer, count)
                                                                  : -1;
 }
 
 TEST_EXPORT int fcntl(int descriptor, int command, ...)
 {
-    static auto* const next = FindNext<int(int, int, ...)>("fcntl");
+    static constinit Next<int(int, int, ...)> next("fcntl");
     va_list arguments;
     va_start(arguments, command);
     void* const argument = va_arg(arguments, void*);
@@ -160,13 +178,13 @@ TEST_EXPORT int fcntl(int descriptor, int command, ...)
 
 TEST_EXPORT int tcgetattr(int descriptor, struct termios* settings)
 {
-    static auto* const next = FindNext<int(int, struct termios*)>("tcgetattr");
+    static constinit Next<int(int, struct termios*)> next("tcgetattr");
     return MayCall(descriptor, "tcgetattr") ? next(descriptor, settings) : -1;
 }
 
 TEST_EXPORT int tcsetattr(int descriptor, int action, const struct termios* settings)
 {
-    static auto* const next = FindNext<int(int, int, const struct termios*)>("tcsetattr");
+    static constinit Next<int(int, int, const struct termios*)> next("tcsetattr");
     const char* const name = action == TCSANOW     ? "tcsetattr now"
                              : action == TCSAFLUSH ? "tcsetattr flush"
                                                    : "tcsetattr";
@@ -175,7 +193,7 @@ TEST_EXPORT int tcsetattr(int descriptor, int action, const struct termios* sett
 
 TEST_EXPORT int tcflush(int descriptor, int queue)
 {
-    static auto* const next = FindNext<int(int, int)>("tcflush");
+    static constinit Next<int(int, int)> next("tcflush");
     const char* const name = queue == TCIFLUSH    ? "tcflush in"
                              : queue == TCIOFLUSH ? "tcflush both"
                                                   : "tcflush out";
@@ -186,7 +204,7 @@ TEST_EXPORT int tcflush(int descriptor, int queue)
 TEST_EXPORT int select(int count, fd_set* readable, fd_set* writable, fd_set* failed,
                        timeval* limit)
 {
-    static auto* const next = FindNext<int(int, fd_set*, fd_set*, fd_set*, timeval*)>("select");
+    static constinit Next<int(int, fd_set*, fd_set*, fd_set*, timeval*)> next("select");
     if (t_watch && limit) {
         std::string watched;
         for (int i = 0; readable && i < FD_SETSIZE; ++i)
@@ -194,8 +212,12 @@ TEST_EXPORT int select(int count, fd_set* readable, fd_set* writable, fd_set* fa
                 watched += t_watch->IsWatched(i) ? " device" : " other";
         if (!t_watch->Note("select " + std::to_string(count) + " " + std::to_string(limit->tv_sec) +
                            " s " + std::to_string(limit->tv_usec) + " us" + watched +
-                           (readable ? "" : " nothing")))
+                           (readable ? "" : " nothing"))) {
+            // As the system does, it tells how much time is left.
+            if (errno == EINTR && limit->tv_sec > 0)
+                --limit->tv_sec;
             return -1;
+        }
     }
     return next(count, readable, writable, failed, limit);
 }
@@ -203,7 +225,7 @@ TEST_EXPORT int select(int count, fd_set* readable, fd_set* writable, fd_set* fa
 TEST_EXPORT void* mmap(void* address, size_t length, int protection, int flags, int descriptor,
                        off_t offset)
 {
-    static auto* const next = FindNext<void*(void*, size_t, int, int, int, off_t)>("mmap");
+    static constinit Next<void*(void*, size_t, int, int, int, off_t)> next("mmap");
     const bool isWatched = t_watch && t_watch->IsWatched(descriptor);
     if (isWatched) {
         std::string call = "map " + TestSupport::ToHex(static_cast<unsigned long>(offset));
@@ -221,7 +243,7 @@ TEST_EXPORT void* mmap(void* address, size_t length, int protection, int flags, 
 
 TEST_EXPORT int munmap(void* address, size_t length)
 {
-    static auto* const next = FindNext<int(void*, size_t)>("munmap");
+    static constinit Next<int(void*, size_t)> next("munmap");
     const int number = t_watch ? t_watch->FindMap(address) : 0;
     if (number > 0 &&
         !t_watch->Note("unmap " + std::to_string(number) + " of " + std::to_string(length)))

@@ -30,7 +30,7 @@ public:
     void Clear() { m_calls.clear(); }
 
     /// Lets the next calls that begin with @p name fail with these errno values, 0 for none, and
-    /// not reach the system.
+    /// not reach the system. An interrupted select() counts a second off its limit.
     void Fail(const std::string& name, const std::deque<int>& errors) { m_failures[name] = errors; }
     /// What is done before a call that begins with @p name.
     void Before(const std::string& name, std::function<void()> action)

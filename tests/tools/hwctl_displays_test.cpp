@@ -135,6 +135,14 @@ TEST(HwctlSerial, SendsAndPrintsWhatComesBack)
     EXPECT_EQ(run.GetLines().back(), "18 bytes received");
 }
 
+TEST(HwctlPanel, NeedsTheLinesThatTellOfPackets)
+{
+    const auto run = RunHwctl({"--virtual", "--log", "Hardware=30", "panel", "level", "1"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, HasSubstr("hwctl: the log masks hold back the trace lines of "
+                                   "Hardware/Kontron, which this command needs"));
+}
+
 TEST(HwctlSerial, EndsAfterItsTimeAndAtASignal)
 {
     EXPECT_EQ(RunHwctl({"--virtual", "serial", "/dev/ttyS0", "--for", "0.05"}).exitCode, 0);

@@ -151,7 +151,7 @@ int WorkBacklight(const CommonOptions& options, const Arguments& arguments)
     } else if (kind == Kind::Panels) {
         AwaitSending(PanelPacketLength, PanelBaudRate);
     }
-    return succeeded && failures.empty() ? ExitCode_Success : ExitCode_Failure;
+    return succeeded && failures.empty() && !tap.SawErrors() ? ExitCode_Success : ExitCode_Failure;
 }
 
 } // namespace

@@ -2,9 +2,11 @@
 #include "hwctl/log_tap.h"
 
 #include <array>
+#include <atomic>
 #include <mutex>
 
 #include "hardware/flatpanel_controller/kontron.h"
+#include "hwctl/command_error.h"
 #include "os/log.h"
 #include "standalone/log_sink.h"
 
@@ -27,6 +29,7 @@ struct LogTap::Private : public Standalone::LogSink {
 
     std::shared_ptr<LogSink> previous;
     std::vector<Tap> taps;
+    std::atomic<bool> sawErrors{false};
     std::mutex mutex;
     std::vector<std::string> texts; // guarded by mutex
 
@@ -36,6 +39,8 @@ struct LogTap::Private : public Standalone::LogSink {
 void LogTap::Private::Write(const Standalone::LogRecord& record)
 {
     bool goesOn = true;
+    if (record.level >= Os::Log::Error)
+        sawErrors = true;
     for (const Tap& tap : taps) {
         if (record.level != Os::Log::Trace || tap.context->GetPath() != record.context)
             continue;
@@ -61,6 +66,11 @@ LogTap::LogTap() : m_private(std::make_shared<Private>())
         m_private->taps.push_back(
             {context, context->GetMask(), !context->IsEnabled(Os::Log::Trace)});
         context->SetMask(context->GetMask() | Os::Log::Trace);
+        if (!context->IsEnabled(Os::Log::Trace)) {
+            Standalone::SetLogSink(m_private->previous);
+            throw CommandError("the log masks hold back the trace lines of " + context->GetPath() +
+                               ", which this command needs");
+        }
     }
     Standalone::SetLogSink(m_private);
 }
@@ -70,6 +80,11 @@ LogTap::~LogTap()
     Standalone::SetLogSink(m_private->previous);
     for (const Private::Tap& tap : m_private->taps)
         tap.context->SetMask(tap.mask);
+}
+
+bool LogTap::SawErrors() const
+{
+    return m_private->sawErrors;
 }
 
 std::vector<std::string> LogTap::Take(const std::string& start)

@@ -14,6 +14,7 @@ namespace Hwctl
 class LogTap
 {
 public:
+    /// Throws CommandError where the log masks hold these lines back.
     LogTap();
     ~LogTap();
     LogTap(const LogTap&) = delete;
@@ -23,6 +24,8 @@ public:
     std::vector<std::string> Take(const std::string& start);
     /// The same for lines that tell of a failure, whole.
     std::vector<std::string> TakeFailures() { return TakeWhole("Failed to "); }
+    /// Lines of any context at the level of errors, which have gone on.
+    bool SawErrors() const;
 
 private:
     struct Private;

@@ -66,34 +66,56 @@ private:
     std::size_t m_count = 0;
 };
 
-/// An open port while it is listened to.
-class Listening
+/// An open port while it is talked and listened to.
+class Conversation
 {
 public:
-    Listening(Serial& serial, LogTap& tap, std::size_t limit)
-        : m_serial(serial), m_tap(tap), m_limit(limit)
+    Conversation(Serial& serial, LogTap& tap, std::vector<std::uint8_t> toSend, std::size_t limit)
+        : m_serial(serial), m_tap(tap), m_toSend(std::move(toSend)), m_limit(limit),
+          m_readable(serial.GetDeviceHandle(), QSocketNotifier::Read),
+          m_writable(serial.GetDeviceHandle(), QSocketNotifier::Write)
     {
+        QObject::connect(&m_readable, &QSocketNotifier::activated, &m_readable, [this] { Read(); });
+        QObject::connect(&m_writable, &QSocketNotifier::activated, &m_writable,
+                         [this] { Write(); });
+        m_writable.setEnabled(!m_toSend.empty());
     }
 
     /// Until a signal, the time, the count, or the end of the line. Returns an ExitCode.
     int Run(double seconds)
     {
-        const StopSignals signals([] { QCoreApplication::exit(ExitCode_Success); });
-        std::fflush(stdout); // who sees that the port is open may interrupt
-        QSocketNotifier notifier(m_serial.GetDeviceHandle(), QSocketNotifier::Read);
-        QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [this] { Read(); });
         QTimer timer;
         timer.setSingleShot(true);
         QObject::connect(&timer, &QTimer::timeout, &timer,
                          [] { QCoreApplication::exit(ExitCode_Success); });
         if (seconds > 0)
             timer.start(static_cast<int>(seconds * 1000));
+        std::fflush(stdout);
         const int code = QCoreApplication::exec();
         std::printf("%zu bytes received\n", m_dump.GetCount());
-        return code;
+        if (m_sent == m_toSend.size())
+            return code;
+        std::fprintf(stderr, "hwctl: the line took %zu of %zu bytes\n", m_sent, m_toSend.size());
+        return ExitCode_Failure;
     }
 
 private:
+    /// Sends a little more: so much goes into the port's buffer without a wait for the line.
+    void Write()
+    {
+        constexpr std::size_t PieceLength = 16;
+        const std::size_t length = std::min(PieceLength, m_toSend.size() - m_sent);
+        const int count = m_serial.Write(m_toSend.data() + m_sent, length);
+        if (HasFailed())
+            return;
+        m_sent += static_cast<std::size_t>(count);
+        if (m_sent < m_toSend.size())
+            return;
+        m_writable.setEnabled(false);
+        std::printf("%zu bytes sent\n", m_sent);
+        std::fflush(stdout);
+    }
+
     void Read()
     {
         std::array<unsigned char, 256> bytes{};
@@ -101,41 +123,46 @@ private:
         if (m_limit > 0)
             room = std::min(room, m_limit - m_dump.GetCount());
         const int count = m_serial.Read(bytes.data(), room);
-        // A failure is a positive number as well, so only the log line tells.
-        const std::vector<std::string> failures = m_tap.TakeFailures();
-        if (!failures.empty() || count == 0) {
-            std::fprintf(stderr, "hwctl: %s\n",
-                         failures.empty() ? "the line is gone" : failures.front().c_str());
-            QCoreApplication::exit(ExitCode_Failure);
+        if (HasFailed())
+            return;
+        if (count == 0) {
+            std::fprintf(stderr, "hwctl: the line is gone\n");
+            End(ExitCode_Failure);
             return;
         }
         m_dump.Print(std::span(bytes).first(static_cast<std::size_t>(count)));
         if (m_limit > 0 && m_dump.GetCount() >= m_limit)
-            QCoreApplication::exit(ExitCode_Success);
+            End(ExitCode_Success);
+    }
+
+    /// Ends the run where the call before failed: its result is a positive number then as well, so
+    /// only the log line tells.
+    bool HasFailed()
+    {
+        const std::vector<std::string> failures = m_tap.TakeFailures();
+        if (failures.empty())
+            return false;
+        std::fprintf(stderr, "hwctl: %s\n", failures.front().c_str());
+        End(ExitCode_Failure);
+        return true;
+    }
+
+    void End(int code)
+    {
+        m_readable.setEnabled(false);
+        m_writable.setEnabled(false);
+        QCoreApplication::exit(code);
     }
 
     Serial& m_serial;
     LogTap& m_tap;
+    std::vector<std::uint8_t> m_toSend;
+    std::size_t m_sent = 0;
     const std::size_t m_limit;
     Dump m_dump;
+    QSocketNotifier m_readable;
+    QSocketNotifier m_writable;
 };
-
-/// Sends all bytes; false, with a word about it, when the port does not take them.
-bool Send(const Serial& serial, LogTap& tap, std::vector<std::uint8_t> bytes)
-{
-    std::fflush(stdout); // the line may be stuck
-    for (std::size_t sent = 0; sent < bytes.size();) {
-        const int count = serial.Write(bytes.data() + sent, bytes.size() - sent);
-        const std::vector<std::string> failures = tap.TakeFailures();
-        if (!failures.empty()) {
-            std::fprintf(stderr, "hwctl: %s\n", failures.front().c_str());
-            return false;
-        }
-        sent += static_cast<std::size_t>(count);
-    }
-    std::printf("%zu bytes sent\n", bytes.size());
-    return true;
-}
 
 int WorkSerial(const CommonOptions& options, const Arguments& arguments)
 {
@@ -146,6 +173,8 @@ int WorkSerial(const CommonOptions& options, const Arguments& arguments)
     const auto testbed = options.useVirtual ? std::make_unique<Desk::KernelTestbed>() : nullptr;
     const auto displays = testbed ? std::make_unique<VirtualDisplays>(*testbed) : nullptr;
     LogTap tap;
+    // Before the port is open, so that it is closed, with its old settings, whatever comes.
+    const StopSignals signals([] { QCoreApplication::exit(ExitCode_Success); });
     Serial serial(arguments.port.c_str());
     const int error =
         serial.Open(arguments.baud, Parities.at(arguments.parity), FlowControls.at(arguments.flow));
@@ -155,9 +184,7 @@ int WorkSerial(const CommonOptions& options, const Arguments& arguments)
     }
     std::printf("%s open: %d baud, parity %s, flow control %s\n", arguments.port.c_str(),
                 arguments.baud, arguments.parity.c_str(), arguments.flow.c_str());
-    if (!bytes->empty() && !Send(serial, tap, *bytes))
-        return ExitCode_Failure;
-    const int code = Listening(serial, tap, arguments.count).Run(arguments.seconds);
+    const int code = Conversation(serial, tap, *bytes, arguments.count).Run(arguments.seconds);
     if (!displays)
         AwaitSending(bytes->size(), static_cast<unsigned>(arguments.baud));
     return code;

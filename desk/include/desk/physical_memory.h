@@ -33,11 +33,16 @@ public:
     /// The same for every page.
     void RefuseMaps(int error);
 
+    /// Lets every open take so much longer; 0 ends it.
+    void SetDelay(unsigned microseconds);
+
     /// Descriptors open now, and opens that ever succeeded.
     int CountOpen() const;
     int CountOpened() const;
     /// Flags of the last open, as passed to open().
     int GetLastOpenFlags() const;
+    /// Microseconds by which its calls were delayed, together.
+    long GetDelayed() const;
 
 private:
     struct Private;

@@ -20,7 +20,8 @@ public:
     SensorChip(const SensorChip&) = delete;
     SensorChip& operator=(const SensorChip&) = delete;
 
-    /// What the attribute holds: the text that was written last, or one that was put there.
+    /// What the attribute holds, as a file does: what was written last stands over the beginning of
+    /// what was there before.
     std::string GetText() const;
     void SetText(const std::string& text);
 
@@ -43,6 +44,8 @@ public:
     int CountOpened() const;
     /// Flags of the last open, as passed to open().
     int GetLastOpenFlags() const;
+    /// Microseconds by which its calls were delayed, together.
+    long GetDelayed() const;
 
 private:
     struct Private;

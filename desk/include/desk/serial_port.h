@@ -70,6 +70,8 @@ public:
     void Plug();
     /// Lets further opens fail with that errno value; 0 ends it.
     void RefuseOpen(int error);
+    /// Lets every read fail with that errno value, as a defective port's; 0 ends it.
+    void RefuseReads(int error);
     /// Stops the line: what is written waits, for as long as it takes.
     void Stall();
     /// Ends Stall().
@@ -83,6 +85,8 @@ public:
     int CountOpened() const;
     /// Flags of the last of them, as passed to open().
     int GetLastOpenFlags() const;
+    /// Microseconds by which its calls were delayed, together.
+    long GetDelayed() const;
 
 private:
     struct Private;

@@ -35,7 +35,6 @@ const Speed* FindSpeed(int baud)
     for (const Speed& speed : Speeds)
         if (speed.baud == baud)
             return &speed;
-    HARDWARE_LOG(SerialLogContext(), Os::Log::Trace, "Invalid baud rate " << baud);
     return nullptr;
 }
 
@@ -105,23 +104,26 @@ int Serial::Open(int baud, parity_e parity, flowcontrol_e flow)
         m_handle = -1;
         return error;
     }
-    const int error = Configure(baud, parity, flow);
+    m_working = m_saved;
+    SetRaw();
+    const Speed* const speed = FindSpeed(baud);
+    if (!speed) {
+        HARDWARE_LOG(SerialLogContext(), Os::Log::Trace, "Invalid baud rate " << baud);
+        Close();
+        return EINVAL;
+    }
+    HARDWARE_LOG(SerialLogContext(), Os::Log::Trace, "Baud found, baudparam " << speed->parameter);
+    cfsetispeed(&m_working, speed->parameter);
+    cfsetospeed(&m_working, speed->parameter);
+    const int error = Configure(parity, flow);
     if (error != 0)
         Close();
     return error;
 }
 
 /// Gives the opened device its settings. Returns an errno value, or 0.
-int Serial::Configure(int baud, parity_e parity, flowcontrol_e flow)
+int Serial::Configure(parity_e parity, flowcontrol_e flow)
 {
-    m_working = m_saved;
-    SetRaw();
-    const Speed* const speed = FindSpeed(baud);
-    if (!speed)
-        return EINVAL;
-    HARDWARE_LOG(SerialLogContext(), Os::Log::Trace, "Baud found, baudparam " << speed->parameter);
-    cfsetispeed(&m_working, speed->parameter);
-    cfsetospeed(&m_working, speed->parameter);
     m_working.c_cflag &= ~static_cast<tcflag_t>(CSIZE);
     SetStopBits();
     SetDataBits();
@@ -237,8 +239,10 @@ int Serial::SetSpeed(int baud)
     if (isatty(m_handle) == 0)
         return 0;
     const Speed* const speed = FindSpeed(baud);
-    if (!speed)
+    if (!speed) {
+        HARDWARE_LOG(SerialLogContext(), Os::Log::Trace, "Invalid baud rate " << baud);
         return EINVAL;
+    }
     HARDWARE_LOG(SerialLogContext(), Os::Log::Trace, "Baud found, baud " << speed->parameter);
     cfsetispeed(&m_working, speed->parameter);
     cfsetospeed(&m_working, speed->parameter);

@@ -16,8 +16,9 @@ namespace Hardware
 ///
 /// Operations that return an int give 0, or a number of bytes, where they succeed, and otherwise an
 /// errno value, which is positive too: 22 (EINVAL) when the port is not open or an argument is
-/// wrong. Every failure is logged. One owner uses the object, one thread at a time; only
-/// WaitForInput() holds nothing.
+/// wrong. A device that cannot be opened, a wrong speed, parity or flow control, and failed reads
+/// and writes are logged at level 1. One owner uses the object, one thread at a time;
+/// WaitForInput() holds nothing, and its result is another.
 class HARDWARE_EXPORT Serial
 {
 public:
@@ -85,8 +86,7 @@ public:
     void Close();
 
 private:
-    int FailOpen(int error);
-    int Configure(int baud, parity_e parity, flowcontrol_e flow);
+    int Configure(parity_e parity, flowcontrol_e flow);
 
     int m_handle = -1;
     std::string m_name;

@@ -28,15 +28,14 @@ public:
     SerialBuffer& BlockDuration(int microseconds);
 
     /// The next byte, 0 to 255. Asks the device, once, only when none is left here. -1 when nothing
-    /// came in time, -2 on an error. A failed read of the device counts as that many bytes as its
-    /// errno value says: what stands in the buffer from before, or 0.
+    /// came in time, and at once where the line has hung up. A failed read of the device counts as
+    /// that many bytes as its errno value says: what stands in the buffer from before, or 0; so -2,
+    /// an error, does not come from a Serial as it is.
     int Read();
     /// One write to the port. @return what Serial::Write() returns
     int Write(unsigned char* buf, std::size_t len);
 
 private:
-    int Fill();
-
     const Serial& m_port;
     int m_trace = 1;
     int m_blockDuration = 100;

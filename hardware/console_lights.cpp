@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "hardware/console_lights.h"
+
+#include "hardware/log_contexts.h"
+#include "metatype_registration.h"
+#include "source_site.h"
+
+namespace Hardware
+{
+
+namespace
+{
+
+constexpr char SourceFile[] = "console_lights.cpp";
+
+constexpr uires16 Full = 0x00640000;
+
+/// Levels from the start, by id.
+constexpr uires16 Defaults[ConsoleLightCount] = {Full, Full, Full, 0, 0, Full, Full,
+                                                 Full, Full, Full, 0, 0, 0,    0};
+
+/// A little above 100, on purpose: full brightness stays below 1.0.
+constexpr uires16 ScaleDivisor = 0x00641000;
+
+// By the names that the signal is spelled with.
+const MetatypeRegistration<ConsoleLightId> IdMetaType("ConsoleLightId");
+const MetatypeRegistration<uires16> LevelMetaType("uires16");
+
+Os::Log::Context& LogContext()
+{
+    static Os::Log::Context context("ConsoleLights", &HardwareLogContext(), Os::Log::AllButTrace);
+    return context;
+}
+
+} // namespace
+
+ConsoleLight::~ConsoleLight() = default;
+
+ConsoleLight::ConsoleLight(const ConsoleLight& other)
+    : level(other.level.load()), preference(other.preference.load()), enabled(other.enabled.load()),
+      preference_state(other.preference_state.load())
+{
+}
+
+ConsoleLight& ConsoleLight::operator=(const ConsoleLight& other)
+{
+    level = other.level.load();
+    preference = other.preference.load();
+    enabled = other.enabled.load();
+    preference_state = other.preference_state.load();
+    return *this;
+}
+
+ConsoleLights& ConsoleLights::Get()
+{
+    static ConsoleLights instance;
+    static const bool isInitialized = [] {
+        instance.init();
+        HARDWARE_LOG(LogContext(), Os::Log::Note, "Console lights init");
+        return true;
+    }();
+    static_cast<void>(isInitialized);
+    return instance;
+}
+
+void ConsoleLights::init()
+{
+    m_lights.resize(ConsoleLightCount, ConsoleLight());
+    for (unsigned id = 0; id < ConsoleLightCount; ++id) {
+        m_lights[id].level = Defaults[id];
+        m_lights[id].preference = Defaults[id];
+    }
+}
+
+void ConsoleLights::set(ConsoleLightId id, uires16 level)
+{
+    m_lights[id].level.store(level, std::memory_order_relaxed);
+    // Not scaled for the backlights, on purpose: they take percent, the wings' dimmers a fraction.
+    Q_EMIT level_change(id, id <= CenterBacklight ? level : get_scaled(id));
+}
+
+uires16 ConsoleLights::get(ConsoleLightId id)
+{
+    return m_lights[id].level.load(std::memory_order_relaxed);
+}
+
+uires16 ConsoleLights::get_scaled(ConsoleLightId id)
+{
+    return UDivUIRes16(get(id), ScaleDivisor);
+}
+
+void ConsoleLights::set_preference(ConsoleLightId id, unsigned int preference)
+{
+    m_lights[id].preference.store(preference, std::memory_order_relaxed);
+}
+
+unsigned int ConsoleLights::get_preference(ConsoleLightId id)
+{
+    return m_lights[id].preference.load(std::memory_order_relaxed);
+}
+
+bool ConsoleLights::get_preference_state(ConsoleLightId id)
+{
+    return m_lights[id].preference_state.load(std::memory_order_relaxed);
+}
+
+void ConsoleLights::set_preference_state(ConsoleLightId id, bool state)
+{
+    m_lights[id].preference_state.store(state, std::memory_order_relaxed);
+}
+
+bool ConsoleLights::get_enabled(ConsoleLightId id)
+{
+    return m_lights[id].enabled.load(std::memory_order_relaxed);
+}
+
+} // namespace Hardware
