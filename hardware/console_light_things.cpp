@@ -182,7 +182,7 @@ void ConsoleThings::set_level(ConsoleLightId id, uires16 level)
 }
 
 // One line for each light: a table, as code.
-// NOLINTNEXTLINE(readability-function-cognitive-complexity)
+// NOLINTNEXTLINE(readability-function-cognitive-complexity,readability-make-member-function-const)
 void ConsoleThings::set_level(UmWing& wing, ConsoleLightId id, uires16 value)
 {
     const auto byte = static_cast<unsigned char>(value >> 8U & 0xFFU);

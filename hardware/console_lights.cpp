@@ -44,10 +44,12 @@ ConsoleLight::ConsoleLight(const ConsoleLight& other)
 
 ConsoleLight& ConsoleLight::operator=(const ConsoleLight& other)
 {
-    level = other.level.load();
-    preference = other.preference.load();
-    enabled = other.enabled.load();
-    preference_state = other.preference_state.load();
+    if (this != &other) {
+        level = other.level.load();
+        preference = other.preference.load();
+        enabled = other.enabled.load();
+        preference_state = other.preference_state.load();
+    }
     return *this;
 }
 
