@@ -107,6 +107,22 @@ TEST(TimecodeLtcCalls, DisableReturnsWhatTheUnregisteringReturned)
     EXPECT_FALSE(device.findChild<Hardware::WidgetSignaller*>()->disconnect(&device));
 }
 
+TEST(TimecodeLtcCalls, DisableUnregistersWhenAllElseIsDone)
+{
+    DeviceLtc device(nullptr);
+    device.Enable();
+    bool wasEnabled = true;
+    bool wasConnected = true;
+    GetRecordedCalls().registers = [&](const std::string&) {
+        wasEnabled = device.IsEnabled();
+        wasConnected = device.findChild<Hardware::WidgetSignaller*>()->disconnect(&device);
+        return true;
+    };
+    EXPECT_TRUE(device.Disable());
+    EXPECT_FALSE(wasEnabled);
+    EXPECT_FALSE(wasConnected);
+}
+
 TEST(TimecodeLtcCalls, ADisabledDeviceUnregistersNothing)
 {
     DeviceLtc device(nullptr);
