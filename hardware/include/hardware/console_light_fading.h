@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <atomic>
+#include <memory>
+#include <vector>
+
+#include "gut/message_handler.h"
+#include "hardware/console_lights.h"
+#include "hardware/export.h"
+#include "os/event.h"
+#include "os/thread.h"
+
+namespace Hardware
+{
+
+/// Brings the console's lights to what the user has set, with timed fades; dims them for the screen
+/// saver and brings them back; and lights the keyboard drawer when it is opened.
+///
+/// The application's messages reach it as a filter. Fades are stepped every 50 ms on a thread of
+/// its own, and with no fade running that thread sleeps. Slots may be called from any thread. The
+/// step of a fade is told on the fading thread.
+// Get() alone makes and destroys it.
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
+class HARDWARE_EXPORT ConsoleLightFading : public QObject, public Gut::MessageHandler
+{
+    Q_OBJECT
+
+public:
+    /// One light's fade. It runs while elapsed is less than duration. Any thread may read and write
+    /// the fields.
+    struct FadeActivity {
+        std::atomic<uires16> from{0};
+        std::atomic<uires16> to{0};
+        std::atomic<unsigned> duration{0}; ///< milliseconds; 0 for no fade
+        std::atomic<unsigned> elapsed{0};  ///< milliseconds, in steps of 50
+    };
+
+    /// Connects levels to the lights that show them, starts the fading thread and brings the lights
+    /// up. Only in the primary instance of the application. To be called behind
+    /// WingMapper::Begin(), since the drawer's switch is asked once; not on the widget driver's
+    /// thread.
+    static void Begin();
+    /// Puts out the desk lights, the work light and the drawer's light at once, whatever is fading,
+    /// and ends the thread. Only in the primary instance. To be called before the process ends.
+    static void End();
+    /// The only instance, made on first use and destroyed when the process ends.
+    static ConsoleLightFading& Get();
+
+    /// Looks whether the drawer is open, empties the fades and becomes a message filter. For Get().
+    void init();
+    void init_thread();
+    void end_thread();
+
+    bool FilterMessage(const Gut::Message& message) override;
+
+    // In the order and spelling that the meta-object lists: both are interface.
+
+Q_SIGNALS:
+    /// A step of a fade. The last one falls short of the target by as much as a step is.
+    void fade_light(ConsoleLightId id, uires16 level);
+    /// Expansion wings are to sleep or to wake.
+    void sleep_wing(bool sleep);
+
+public Q_SLOTS:
+    /// Begins a fade, in place of one that runs; activate() has to follow.
+    void set(ConsoleLightId id, uires16 from, uires16 to, unsigned int duration_ms);
+    /// Stops all fades where they stand.
+    void reset();
+    /// Wakes the fading thread. Where a fade runs, a step is made at once.
+    void activate();
+    void save_screen_reset();
+    void save_screen_activate();
+    /// The keyboard drawer was moved. @param state 0 for open
+    void keyboard_changed(unsigned long wing, int drawer, int state);
+
+private:
+    ConsoleLightFading();
+    ~ConsoleLightFading() override;
+
+    static unsigned int Run(void* argument);
+    bool StepAll(bool isConsole);
+    bool Step(ConsoleLightId id);
+    void Fade(ConsoleLightId id, uires16 to, unsigned int duration_ms);
+    void FadeWhereDifferent(ConsoleLightId id, uires16 to, unsigned int duration_ms);
+    bool ToggleWorkLight();
+    void ApplyAtOnce();
+    void ApplyWithFades();
+    void FadeDeskLights();
+    void FadeWorkLights();
+    bool IsDrawerLit() const;
+
+    std::unique_ptr<Os::Thread> m_thread;
+    std::atomic<bool> m_stopRequested{false};
+    std::vector<FadeActivity> m_fades;
+    Os::Event m_wake;
+    std::atomic<bool> m_keyboardDrawerOpen{false};
+};
+
+} // namespace Hardware

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+#include "gut/post_office.h"
+
+#include <QCoreApplication>
+#include <algorithm>
+#include <utility>
+
+#include "gut/application.h"
+#include "os/post.h"
+
+namespace Standalone
+{
+
+PostOffice& PostOffice::Get()
+{
+    static PostOffice* const office = new PostOffice;
+    return *office;
+}
+
+void PostOffice::SetObserver(PostObserver observer)
+{
+    const std::lock_guard hold(m_mutex);
+    m_observer = std::move(observer);
+}
+
+void PostOffice::AddFilter(Gut::MessageHandler& handler)
+{
+    const std::lock_guard hold(m_mutex);
+    if (std::find(m_filters.begin(), m_filters.end(), &handler) == m_filters.end())
+        m_filters.push_back(&handler);
+}
+
+void PostOffice::Forget(const Gut::MessageHandler& handler)
+{
+    std::unique_lock hold(m_mutex);
+    std::erase(m_filters, &handler);
+    std::erase_if(m_waiting, [&handler](const Gut::Message& message) {
+        return message.GetTarget() == &handler;
+    });
+    m_returned.wait(hold, [this, &handler] {
+        return std::none_of(m_calls.begin(), m_calls.end(), [&handler](const Call& call) {
+            return call.handler == &handler && call.thread != std::this_thread::get_id();
+        });
+    });
+}
+
+void PostOffice::Post(const Gut::Message& message, unsigned systemObject)
+{
+    PostObserver observer;
+    {
+        const std::lock_guard hold(m_mutex);
+        observer = m_observer;
+    }
+    if (observer)
+        observer(message, systemObject);
+    {
+        const std::lock_guard hold(m_mutex);
+        m_waiting.push_back(message);
+    }
+    // Without an application there is no thread for it yet: it waits.
+    if (QCoreApplication* const application = QCoreApplication::instance())
+        QMetaObject::invokeMethod(
+            application, [] { PostOffice::Get().Deliver(); }, Qt::QueuedConnection);
+}
+
+void PostOffice::Deliver()
+{
+    std::unique_lock hold(m_mutex);
+    while (!m_waiting.empty()) {
+        const Gut::Message message = m_waiting.front();
+        m_waiting.pop_front();
+        if (const Gut::MessageHandler* const target = message.GetTarget()) {
+            // In one go with the taking: until then its destruction drops the message.
+            m_calls.push_back({target, std::this_thread::get_id()});
+            hold.unlock();
+            const_cast<Gut::MessageHandler*>(target)->FilterMessage(message);
+            End();
+        } else {
+            hold.unlock();
+            DeliverOne(message);
+        }
+        hold.lock();
+    }
+}
+
+/// Asks one filter after the other until one consumes it.
+void PostOffice::DeliverOne(const Gut::Message& message)
+{
+    std::vector<Gut::MessageHandler*> filters;
+    {
+        const std::lock_guard hold(m_mutex);
+        filters = m_filters;
+    }
+    for (Gut::MessageHandler* const filter : filters) {
+        if (!Begin(*filter))
+            continue;
+        const bool isConsumed = filter->FilterMessage(message);
+        End();
+        if (isConsumed)
+            return;
+    }
+}
+
+/// Begins a call of a filter, unless it is gone.
+bool PostOffice::Begin(const Gut::MessageHandler& handler)
+{
+    const std::lock_guard hold(m_mutex);
+    if (std::find(m_filters.begin(), m_filters.end(), &handler) == m_filters.end())
+        return false;
+    m_calls.push_back({&handler, std::this_thread::get_id()});
+    return true;
+}
+
+void PostOffice::End()
+{
+    {
+        const std::lock_guard hold(m_mutex);
+        // The innermost of this thread: messages may be delivered while one is being handled.
+        const auto call = std::find_if(m_calls.rbegin(), m_calls.rend(), [](const Call& each) {
+            return each.thread == std::this_thread::get_id();
+        });
+        m_calls.erase(std::next(call).base());
+    }
+    m_returned.notify_all();
+}
+
+void SetPostObserver(PostObserver observer)
+{
+    PostOffice::Get().SetObserver(std::move(observer));
+}
+
+void DeliverMessages()
+{
+    PostOffice::Get().Deliver();
+}
+
+} // namespace Standalone
+
+namespace Os
+{
+
+void Post(const Gut::Message& message, unsigned int systemObject)
+{
+    Standalone::PostOffice::Get().Post(message, systemObject);
+}
+
+} // namespace Os

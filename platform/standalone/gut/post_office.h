@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "gut/message_handler.h"
+#include "standalone/messages.h"
+
+namespace Standalone
+{
+
+/// Messages on their way, and who gets them.
+class PostOffice
+{
+public:
+    /// Never destroyed: handlers may be destroyed while the process ends.
+    static PostOffice& Get();
+
+    void SetObserver(PostObserver observer);
+    void AddFilter(Gut::MessageHandler& handler);
+    /// Forgets a handler; waits for a call to it that another thread makes.
+    void Forget(const Gut::MessageHandler& handler);
+    void Post(const Gut::Message& message, unsigned systemObject);
+    void Deliver();
+
+private:
+    struct Call {
+        const Gut::MessageHandler* handler;
+        std::thread::id thread;
+    };
+
+    PostOffice() = default;
+    void DeliverOne(const Gut::Message& message);
+    bool Begin(const Gut::MessageHandler& handler);
+    void End();
+
+    std::mutex m_mutex;
+    std::condition_variable m_returned;
+    PostObserver m_observer; // guarded by m_mutex, as all below
+    std::deque<Gut::Message> m_waiting;
+    std::vector<Gut::MessageHandler*> m_filters;
+    std::vector<Call> m_calls; // of the delivering thread, innermost last
+};
+
+} // namespace Standalone
