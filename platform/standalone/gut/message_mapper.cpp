@@ -8,6 +8,7 @@
 #include <mutex>
 #include <utility>
 
+#include "os/log.h"
 #include "os/post.h"
 #include "standalone/light_settings.h"
 
@@ -51,7 +52,17 @@ constexpr std::array<std::pair<const char*, bool LightSettings::*>, 3> Switches{
      {"worklightOn", &LightSettings::worklightOn},
      {"keyboardDrawerEnabled", &LightSettings::keyboardDrawerEnabled}}};
 
-/// The caller holds the lock.
+constexpr char SourceFile[] = "gut/message_mapper.cpp";
+
+Os::Log::Context& LogContext()
+{
+    // Never destroyed: settings may change until the process ends.
+    static auto* const context =
+        new Os::Log::Context("LightSettings", nullptr, Os::Log::AllButTrace);
+    return *context;
+}
+
+/// The caller holds the lock. What cannot be saved holds until the process ends.
 void Save()
 {
     if (File().empty())
@@ -61,6 +72,10 @@ void Save()
         file.setValue(name, Settings.*level / FixedOne);
     for (const auto& [name, isOn] : Switches)
         file.setValue(name, Settings.*isOn);
+    file.sync();
+    if (file.status() != QSettings::NoError)
+        OS_LOG(LogContext(), Os::Log::Error, SourceFile,
+               "Cannot write the light settings to '" << File() << "'");
 }
 
 /// Reads a level in percent; false for what is none.

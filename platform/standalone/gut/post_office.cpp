@@ -11,6 +11,23 @@
 namespace Standalone
 {
 
+namespace
+{
+
+/// Has the thread of an application's object deliver what is waiting.
+void WakeApplication()
+{
+    // Without an application there is no thread for it yet: it waits.
+    if (QCoreApplication* const application = QCoreApplication::instance())
+        QMetaObject::invokeMethod(
+            application, [] { PostOffice::Get().Deliver(); }, Qt::QueuedConnection);
+}
+
+// What was posted before the application was made.
+Q_COREAPP_STARTUP_FUNCTION(WakeApplication)
+
+} // namespace
+
 PostOffice& PostOffice::Get()
 {
     static PostOffice* const office = new PostOffice;
@@ -57,10 +74,7 @@ void PostOffice::Post(const Gut::Message& message, unsigned systemObject)
         const std::lock_guard hold(m_mutex);
         m_waiting.push_back(message);
     }
-    // Without an application there is no thread for it yet: it waits.
-    if (QCoreApplication* const application = QCoreApplication::instance())
-        QMetaObject::invokeMethod(
-            application, [] { PostOffice::Get().Deliver(); }, Qt::QueuedConnection);
+    WakeApplication();
 }
 
 void PostOffice::Deliver()

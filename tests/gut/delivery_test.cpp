@@ -1,0 +1,350 @@
+// SPDX-License-Identifier: MIT
+
+// The way of a message: who gets it, on which thread, and who does not any more.
+
+#include <gmock/gmock.h>
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QTimer>
+#include <atomic>
+#include <functional>
+#include <future>
+#include <memory>
+#include <thread>
+
+#include "gut/application.h"
+#include "os/post.h"
+#include "standalone/messages.h"
+#include "support/wait.h"
+
+namespace
+{
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+typedef std::vector<std::string> Texts;
+
+Gut::Message MakeMessage(unsigned char type)
+{
+    return {&type, 1};
+}
+
+/// Takes down what it gets as "NAME TYPE".
+class Handler : public Gut::MessageHandler
+{
+public:
+    Handler(std::string name, Texts& log, bool consumes = false)
+        : m_name(std::move(name)), m_log(log), m_consumes(consumes)
+    {
+        GutConsoleApplication::Get()->InstallMessageFilter(this);
+    }
+    bool FilterMessage(const Gut::Message& message) override
+    {
+        m_log.push_back(m_name + " " + std::to_string(message.Data()[0]));
+        if (action)
+            action();
+        return m_consumes;
+    }
+    std::function<void()> action;
+
+private:
+    const std::string m_name;
+    Texts& m_log;
+    const bool m_consumes;
+};
+
+/// Runs the application's loop until nothing is left to do.
+void RunLoop()
+{
+    QEventLoop loop;
+    QTimer::singleShot(0, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+/// An application for tests that need a loop.
+class Application
+{
+    int m_count = 1;
+    char m_name[5] = "test";
+    char* m_arguments[2] = {m_name, nullptr};
+
+public:
+    QCoreApplication application{m_count, m_arguments};
+};
+
+} // namespace
+
+TEST(MessageDelivery, AsksFiltersInTheirOrderUntilOneConsumes)
+{
+    Texts log;
+    const Handler first("first", log);
+    const Handler second("second", log, true);
+    const Handler third("third", log);
+    Os::Post(MakeMessage(1), 3);
+    EXPECT_THAT(log, IsEmpty());
+    Standalone::DeliverMessages();
+    EXPECT_THAT(log, ElementsAre("first 1", "second 1"));
+}
+
+TEST(MessageDelivery, AFilterInstalledTwiceKeepsItsPlace)
+{
+    Texts log;
+    Handler first("first", log);
+    const Handler second("second", log);
+    GutConsoleApplication::Get()->InstallMessageFilter(&first);
+    GutConsoleApplication::Get()->InstallMessageFilter(nullptr);
+    Os::Post(MakeMessage(1), 3);
+    Standalone::DeliverMessages();
+    EXPECT_THAT(log, ElementsAre("first 1", "second 1"));
+}
+
+TEST(MessageDelivery, ATargetGetsItsMessageAlone)
+{
+    Texts log;
+    const Handler filter("filter", log, true);
+    Handler target("target", log);
+    Os::Post(Gut::TargettedMessage(target, Gut::TargettedMessageType_Default, 0), 32);
+    Standalone::DeliverMessages();
+    EXPECT_THAT(log, ElementsAre("target 15"));
+}
+
+TEST(MessageDelivery, KeepsTheOrderOfPosting)
+{
+    Texts log;
+    Handler filter("filter", log);
+    for (unsigned char type = 0; type < 3; ++type)
+        Os::Post(MakeMessage(type), 3);
+    Os::Post(Gut::TargettedMessage(filter, Gut::TargettedMessageType_Default, 0), 32);
+    Os::Post(MakeMessage(3), 3);
+    Standalone::DeliverMessages();
+    EXPECT_THAT(log, ElementsAre("filter 0", "filter 1", "filter 2", "filter 15", "filter 3"));
+}
+
+TEST(MessageDelivery, WhatAFilterPostsComesBehindWhatWaits)
+{
+    Texts log;
+    Handler filter("filter", log);
+    filter.action = [&] {
+        filter.action = nullptr;
+        Os::Post(MakeMessage(9), 3);
+    };
+    Os::Post(MakeMessage(1), 3);
+    Os::Post(MakeMessage(2), 3);
+    Standalone::DeliverMessages();
+    EXPECT_THAT(log, ElementsAre("filter 1", "filter 2", "filter 9"));
+}
+
+TEST(MessageDelivery, RunsOnTheApplicationsThread)
+{
+    const Application application;
+    Texts log;
+    Handler filter("filter", log);
+    std::thread::id thread;
+    filter.action = [&] { thread = std::this_thread::get_id(); };
+    std::thread([] { Os::Post(MakeMessage(1), 3); }).join();
+    EXPECT_THAT(log, IsEmpty());
+    RunLoop();
+    EXPECT_THAT(log, ElementsAre("filter 1"));
+    EXPECT_EQ(thread, std::this_thread::get_id());
+}
+
+TEST(MessageDelivery, WhatWasPostedBeforeTheApplicationIsDeliveredByItsLoop)
+{
+    Texts log;
+    const Handler filter("filter", log);
+    Os::Post(MakeMessage(1), 3);
+    const Application application;
+    EXPECT_THAT(log, IsEmpty());
+    RunLoop();
+    EXPECT_THAT(log, ElementsAre("filter 1"));
+}
+
+TEST(MessageDelivery, ADestroyedFilterIsNotAsked)
+{
+    Texts log;
+    auto gone = std::make_unique<Handler>("gone", log);
+    const Handler filter("filter", log);
+    Os::Post(MakeMessage(1), 3);
+    gone.reset();
+    Standalone::DeliverMessages();
+    EXPECT_THAT(log, ElementsAre("filter 1"));
+}
+
+TEST(MessageDelivery, ADestroyedTargetsMessagesAreDropped)
+{
+    Texts log;
+    const Handler filter("filter", log);
+    auto gone = std::make_unique<Handler>("gone", log);
+    Os::Post(Gut::TargettedMessage(*gone, Gut::TargettedMessageType_Default, 0), 32);
+    Os::Post(MakeMessage(1), 3);
+    gone.reset();
+    Standalone::DeliverMessages();
+    EXPECT_THAT(log, ElementsAre("filter 1"));
+}
+
+TEST(MessageDelivery, AFilterMayDestroyTheNextOne)
+{
+    Texts log;
+    Handler first("first", log);
+    auto next = std::make_unique<Handler>("next", log);
+    const Handler last("last", log);
+    first.action = [&] { next.reset(); };
+    Os::Post(MakeMessage(1), 3);
+    Standalone::DeliverMessages();
+    EXPECT_THAT(log, ElementsAre("first 1", "last 1"));
+}
+
+TEST(MessageDelivery, AFilterMayDestroyItself)
+{
+    class Passing : public Gut::MessageHandler
+    {
+    public:
+        explicit Passing(Texts& log) : m_log(log)
+        {
+            GutConsoleApplication::Get()->InstallMessageFilter(this);
+        }
+        bool FilterMessage(const Gut::Message& /*message*/) override
+        {
+            m_log.emplace_back("gone");
+            delete this; // its own call is not waited for
+            return false;
+        }
+
+    private:
+        Texts& m_log;
+    };
+    Texts log;
+    new Passing(log);
+    const Handler last("last", log);
+    Os::Post(MakeMessage(1), 3);
+    Os::Post(MakeMessage(2), 3);
+    Standalone::DeliverMessages();
+    EXPECT_THAT(log, ElementsAre("gone", "last 1", "last 2"));
+}
+
+TEST(MessageDelivery, DestructionWaitsForACallOnAnotherThread)
+{
+    // The state outlives the handler that is waited for.
+    struct State {
+        std::promise<void> entered;
+        std::promise<void> leave;
+        std::atomic<bool> hasLeft{false};
+    } state;
+    class Slow : public Gut::MessageHandler
+    {
+    public:
+        explicit Slow(State& state) : m_state(state) {}
+        bool FilterMessage(const Gut::Message& /*message*/) override
+        {
+            State& kept = m_state;
+            kept.entered.set_value();
+            kept.leave.get_future().wait();
+            kept.hasLeft = true;
+            return true;
+        }
+
+    private:
+        State& m_state;
+    };
+    auto slow = std::make_unique<Slow>(state);
+    Os::Post(Gut::TargettedMessage(*slow, Gut::TargettedMessageType_Default, 0), 32);
+    std::thread deliverer([] { Standalone::DeliverMessages(); });
+    state.entered.get_future().wait();
+    std::atomic<bool> isDestroyed{false};
+    bool hadLeft = false;
+    std::thread destroyer([&] {
+        slow.reset();
+        hadLeft = state.hasLeft;
+        isDestroyed = true;
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_FALSE(isDestroyed);
+    state.leave.set_value();
+    destroyer.join();
+    deliverer.join();
+    EXPECT_TRUE(hadLeft);
+}
+
+TEST(MessageDelivery, AnObserverSeesEveryPostWithItsSystemObject)
+{
+    Texts seen;
+    Standalone::SetPostObserver([&seen](const Gut::Message& message, unsigned systemObject) {
+        seen.push_back(std::to_string(message.Data()[0]) + " to " + std::to_string(systemObject));
+    });
+    Os::Post(MakeMessage(1), 3);
+    Os::Post(MakeMessage(2), 32);
+    Standalone::SetPostObserver({});
+    Os::Post(MakeMessage(3), 3);
+    EXPECT_THAT(seen, ElementsAre("1 to 3", "2 to 32"));
+}
+
+TEST(MessageDelivery, HandlersMayComeAndGoWhileMessagesArePosted)
+{
+    // So few that those for handlers do not wait behind too many.
+    constexpr int MostWaiting = 20;
+    std::atomic<bool> isOver{false};
+    std::atomic<int> waiting{0};
+    Texts ignored;
+    Handler counter("counter", ignored);
+    counter.action = [&] {
+        ignored.clear();
+        --waiting;
+    };
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 2; ++i)
+        threads.emplace_back([&] {
+            while (!isOver) {
+                if (waiting < MostWaiting) {
+                    ++waiting;
+                    Os::Post(MakeMessage(1), 3);
+                } else {
+                    std::this_thread::yield();
+                }
+            }
+        });
+    std::thread deliverer([&] {
+        while (!isOver)
+            Standalone::DeliverMessages();
+    });
+    for (int i = 0; i < 500; ++i) {
+        Texts log;
+        const Handler* const handler = new Handler("", log);
+        Os::Post(Gut::TargettedMessage(*handler, Gut::TargettedMessageType_Default, 0), 32);
+        // Taken off the list on the thread that calls it: nothing else is allowed.
+        std::promise<void> isGone;
+        class Undertaker : public Gut::MessageHandler
+        {
+        public:
+            Undertaker(const Handler* handler, std::promise<void>& isGone)
+                : m_handler(handler), m_isGone(isGone)
+            {
+            }
+            bool FilterMessage(const Gut::Message& /*message*/) override
+            {
+                delete m_handler;
+                m_isGone.set_value();
+                return true;
+            }
+
+        private:
+            const Handler* m_handler;
+            std::promise<void>& m_isGone;
+        } undertaker(handler, isGone);
+        Os::Post(Gut::TargettedMessage(undertaker, Gut::TargettedMessageType_Default, 0), 32);
+        isGone.get_future().wait();
+    }
+    isOver = true;
+    for (std::thread& thread : threads)
+        thread.join();
+    deliverer.join();
+}
+
+TEST(GutApplication, IsThePrimaryInstanceUntilToldOtherwise)
+{
+    EXPECT_EQ(GutApplication::Get()->GetId(), 0);
+    EXPECT_EQ(GutApplication::Get(), GutApplication::Get());
+    Standalone::SetApplicationId(2);
+    EXPECT_EQ(GutApplication::Get()->GetId(), 2);
+}
