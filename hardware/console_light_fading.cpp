@@ -116,10 +116,21 @@ void ConsoleLightFading::Begin()
     ConsoleLightFading& confade = ConsoleLightFading::Get();
     ConsoleLights& conlts = ConsoleLights::Get();
     ConsoleThings& conthgs = ConsoleThings::Get();
-    // Left over from an earlier Begin(), connections would bring everything twice.
-    disconnect(&conlts, nullptr, &conthgs, nullptr);
-    disconnect(&confade, nullptr, &conlts, nullptr);
-    disconnect(&confade, nullptr, &conthgs, nullptr);
+    // Once: a second connection would bring everything twice.
+    if (!confade.m_isConnected.exchange(true))
+        Connect(confade, conlts, conthgs);
+    confade.init_thread();
+    confade.set(WhiteDeskLight, conlts.get(WhiteDeskLight), Full, 3000);
+    confade.set(BlueDeskLight, conlts.get(BlueDeskLight), 0, 6000);
+    // From and to what they are: sends the levels to the lights once.
+    for (const ConsoleLightId id : {KeyboardDrawerLight, WorkLight, CenterBacklight})
+        confade.set(id, conlts.get(id), conlts.get(id), 100);
+    confade.activate();
+}
+
+void ConsoleLightFading::Connect(ConsoleLightFading& confade, ConsoleLights& conlts,
+                                 ConsoleThings& conthgs)
+{
     // Blanks as they stand in the fatal texts; the numbers are the sites' own.
     // clang-format off
     OS_VERIFY_AT(QObject::connect( &conlts, SIGNAL(level_change( ConsoleLightId, uires16 )),
@@ -132,13 +143,6 @@ void ConsoleLightFading::Begin()
                                    &conthgs, SLOT(wing_sleep( bool )), Qt::DirectConnection ),
                  69, FatalSite);
     // clang-format on
-    confade.init_thread();
-    confade.set(WhiteDeskLight, conlts.get(WhiteDeskLight), Full, 3000);
-    confade.set(BlueDeskLight, conlts.get(BlueDeskLight), 0, 6000);
-    // From and to what they are: sends the levels to the lights once.
-    for (const ConsoleLightId id : {KeyboardDrawerLight, WorkLight, CenterBacklight})
-        confade.set(id, conlts.get(id), conlts.get(id), 100);
-    confade.activate();
 }
 
 void ConsoleLightFading::End()

@@ -63,14 +63,17 @@ bool IsMapped(const unsigned* reg)
     return reg && reg != Vex4Backlight::InvalidReg;
 }
 
+// Levels may come from two threads at once. Each access is one of 32 bits; of two levels for one
+// register the last holds.
+
 unsigned Read(const unsigned* reg)
 {
-    return *static_cast<const volatile unsigned*>(reg);
+    return __atomic_load_n(static_cast<const volatile unsigned*>(reg), __ATOMIC_RELAXED);
 }
 
 void Write(unsigned* reg, unsigned word)
 {
-    *static_cast<volatile unsigned*>(reg) = word;
+    __atomic_store_n(static_cast<volatile unsigned*>(reg), word, __ATOMIC_RELAXED);
 }
 
 std::uintptr_t GetAddress(const void* pointer)

@@ -237,9 +237,10 @@ TEST_F(FadingLife, AStepOnItsWayDoesNotLightWhatTheEndPutOut)
     std::promise<void> isStepping;
     std::promise<void> arePutOut;
     bool isFirst = true;
+    const QObject context; // goes before what its slots use
     // Ahead of the way to the levels, so that the step arrives there late.
     QObject::connect(
-        &ConsoleLightFading::Get(), &ConsoleLightFading::fade_light, &m_context,
+        &ConsoleLightFading::Get(), &ConsoleLightFading::fade_light, &context,
         [&](ConsoleLightId id) {
             if (id == WorkLight && std::exchange(isFirst, false)) {
                 isStepping.set_value();
@@ -249,7 +250,7 @@ TEST_F(FadingLife, AStepOnItsWayDoesNotLightWhatTheEndPutOut)
         Qt::DirectConnection);
     int zeros = 0;
     QObject::connect(
-        &ConsoleLights::Get(), &ConsoleLights::level_change, &m_context,
+        &ConsoleLights::Get(), &ConsoleLights::level_change, &context,
         [&](ConsoleLightId id, uires16 level) {
             if (id == KeyboardDrawerLight && level == 0 && zeros++ == 0)
                 arePutOut.set_value();

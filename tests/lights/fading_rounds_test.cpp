@@ -19,6 +19,7 @@
 #include "os/post.h"
 #include "standalone/messages.h"
 #include "standalone/platform_settings.h"
+#include "support/log_capture.h"
 
 namespace
 {
@@ -86,6 +87,7 @@ TEST(FadingRounds, NoStartOrEndHangsWhateverGoesOn)
     const Desk::PhysicalMemory memory(testbed);
     Desk::WidgetBus bus;
     Standalone::ConfigurePlatform(Standalone::MakeConsoleSettings(7));
+    const TestSupport::LogCapture log("Hardware/LightFading", 0); // a line for every start
     const Desk::VirtualWidget& desk = bus.Add({"Vex4DeskPlayback", 1, {}});
     Desk::VirtualWidget& guest = bus.Add({"ExpansionWing", 2, {}});
     ConsoleLightFading::Begin();

@@ -25,12 +25,14 @@ typedef std::function<int()> Action;
 
 // Each adds its command to the line and sets @p action when it is chosen. The options outlive it.
 void AddBacklightCommand(CLI::App& app, const CommonOptions& options, Action& action);
+void AddLightsCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddListCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddLtcCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddPanelCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddSendCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddSerialCommand(CLI::App& app, const CommonOptions& options, Action& action);
+void AddSettingsCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddSimulateCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddWingCommands(CLI::App& app, const CommonOptions& options, Action& action);
 

@@ -80,12 +80,14 @@ int Run(int argc, char** argv)
     CLI::App app("Looks at and works the hardware of a lighting-control console", "hwctl");
     AddCommonOptions(app, options);
     AddBacklightCommand(app, options, action);
+    AddLightsCommand(app, options, action);
     AddListCommand(app, options, action);
     AddLtcCommand(app, options, action);
     AddMonitorCommand(app, options, action);
     AddPanelCommand(app, options, action);
     AddSendCommand(app, options, action);
     AddSerialCommand(app, options, action);
+    AddSettingsCommand(app, options, action);
     AddSimulateCommand(app, options, action);
     AddWingCommands(app, options, action);
     try {

@@ -31,6 +31,7 @@ public:
     /// The first port, which recordings play on unless told otherwise.
     Desk::MidiPort& GetFirstPort() { return *m_ports.front(); }
 
+    Desk::KernelTestbed& GetTestbed() { return m_testbed; }
     Desk::WidgetBus& GetBus() { return m_bus; }
     /// The plugged widget of a key; null when there is none.
     Desk::VirtualWidget* FindWidget(std::uint32_t key) const;

@@ -76,6 +76,14 @@ std::vector<std::string> VirtualDisplays::DescribeChip() const
     return {"right: chip holds '" + text + "' of 255, 0 for brightest"};
 }
 
+std::vector<std::string> VirtualDisplays::Describe(int productType) const
+{
+    if (productType == 8)
+        return DescribePanels();
+    const bool hasChip = productType >= 9 && productType <= 14 && productType != 11;
+    return hasChip ? DescribeChip() : DescribeRegisters();
+}
+
 Desk::FlatPanel* VirtualDisplays::FindPanel(const std::string& port)
 {
     if (port == m_leftPort.GetPath())

@@ -26,6 +26,8 @@ public:
     std::vector<std::string> DescribeRegisters() const;
     std::vector<std::string> DescribePanels() const;
     std::vector<std::string> DescribeChip() const;
+    /// The same for the controller that a console of that model has.
+    std::vector<std::string> Describe(int productType) const;
 
     /// The panel at a port; null for any other.
     Desk::FlatPanel* FindPanel(const std::string& port);

@@ -15,6 +15,8 @@
 namespace Hardware
 {
 
+class ConsoleThings;
+
 /// Brings the console's lights to what the user has set, with timed fades; dims them for the screen
 /// saver and brings them back; and lights the keyboard drawer when it is opened.
 ///
@@ -37,8 +39,8 @@ public:
         std::atomic<unsigned> elapsed{0};  ///< milliseconds, in steps of 50
     };
 
-    /// Connects levels to the lights that show them, starts the fading thread and brings the lights
-    /// up. Only in the primary instance of the application. To be called behind
+    /// Connects levels to the lights that show them, the first time, starts the fading thread and
+    /// brings the lights up. Only in the primary instance of the application. To be called behind
     /// WingMapper::Begin(), since the drawer's switch is asked once; not on the widget driver's
     /// thread.
     static void Begin();
@@ -79,6 +81,7 @@ private:
     ConsoleLightFading();
     ~ConsoleLightFading() override;
 
+    static void Connect(ConsoleLightFading& confade, ConsoleLights& conlts, ConsoleThings& conthgs);
     static unsigned int Run(void* argument);
     bool StepAll(bool isConsole);
     bool Step(ConsoleLightId id);
@@ -96,6 +99,7 @@ private:
     std::vector<FadeActivity> m_fades;
     Os::Event m_wake;
     std::atomic<bool> m_keyboardDrawerOpen{false};
+    std::atomic<bool> m_isConnected{false};
 };
 
 } // namespace Hardware

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "desk/light_levels.h"
+
+#include <array>
+#include <cstdint>
+
+namespace Desk
+{
+
+namespace
+{
+
+/// Dimmer channels; 4 is the drawer's on a desk programmer.
+constexpr std::array<const char*, 9> ChannelNames{
+    "LEDs",     "programmer LEDs", "blue desk light", "work light", "white desk light",
+    "dimmer 6", "dimmer 7",        "dimmer 8",        "vent light"};
+constexpr std::uint8_t WorkLightChannel = 4;
+
+const char* GetName(std::uint8_t channel, const std::string& model)
+{
+    if (channel == WorkLightChannel && model == "Vex4DeskProgrammer")
+        return "drawer light";
+    return ChannelNames.at(channel - 1U);
+}
+
+} // namespace
+
+std::vector<LightLevel> GetLightLevels(const VirtualWidget& widget)
+{
+    std::vector<LightLevel> levels;
+    for (std::uint8_t channel = 1; channel <= ChannelNames.size(); ++channel)
+        if (const int level = widget.GetDimmer(channel); level >= 0)
+            levels.push_back({GetName(channel, widget.GetData().model), level});
+    if (const int level = widget.GetLcdBrightness(0); level >= 0)
+        levels.push_back({"displays", level});
+    return levels;
+}
+
+} // namespace Desk

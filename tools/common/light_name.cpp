@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include "common/light_name.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <stdexcept>
+
+namespace Tools
+{
+
+namespace
+{
+
+using Hardware::ConsoleLightId;
+
+constexpr std::array<const char*, Hardware::ConsoleLightCount> Names{"LeftBacklight",
+                                                                     "RightBacklight",
+                                                                     "CenterBacklight",
+                                                                     "WingLeds",
+                                                                     "Lcds",
+                                                                     "KeyboardDrawerLight",
+                                                                     "VentLight",
+                                                                     "WorkLight",
+                                                                     "BlueDeskLight",
+                                                                     "WhiteDeskLight",
+                                                                     "ProgrammerWingLeds",
+                                                                     "DeskProgrammerDimmer6",
+                                                                     "DeskProgrammerDimmer7",
+                                                                     "DeskProgrammerDimmer8"};
+
+constexpr double FixedOne = 0x10000;
+constexpr double FullPercent = 100;
+
+std::string ToLower(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return text;
+}
+
+} // namespace
+
+const char* GetLightName(ConsoleLightId id)
+{
+    return Names.at(id);
+}
+
+ConsoleLightId ParseLight(const std::string& text)
+{
+    const std::string wanted = ToLower(text);
+    std::string all;
+    std::size_t found = Names.size();
+    int count = 0;
+    for (std::size_t id = 0; id < Names.size(); ++id) {
+        const std::string name = ToLower(Names[id]);
+        if (name == wanted)
+            return static_cast<ConsoleLightId>(id);
+        if (!wanted.empty() && name.starts_with(wanted)) {
+            found = id;
+            ++count;
+        }
+        all += std::string(" ") + Names[id];
+    }
+    if (count != 1)
+        throw std::invalid_argument("'" + text + "' is not one light; there are" + all);
+    return static_cast<ConsoleLightId>(found);
+}
+
+uires16 ParseLevel(const std::string& text)
+{
+    double percent = -1;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), percent);
+    if (error != std::errc() || end != text.data() + text.size() ||
+        !(percent >= 0 && percent <= FullPercent))
+        throw std::invalid_argument("'" + text + "' is not a level from 0 to 100");
+    return static_cast<uires16>(std::lround(percent * FixedOne));
+}
+
+std::string FormatLevel(uires16 level)
+{
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.1f %%", level / FixedOne);
+    return text.data();
+}
+
+std::string FormatBar(uires16 level, unsigned width)
+{
+    const double share = std::min(level / FixedOne / FullPercent, 1.0);
+    const auto filled = static_cast<unsigned>(std::lround(share * width));
+    return "[" + std::string(filled, '#') + std::string(width - filled, ' ') + "]";
+}
+
+} // namespace Tools

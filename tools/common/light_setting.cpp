@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#include "common/light_setting.h"
+
+#include <array>
+#include <cstdio>
+#include <stdexcept>
+#include <variant>
+
+#include "common/light_name.h"
+
+namespace Tools
+{
+
+namespace
+{
+
+using Standalone::LightSettings;
+
+struct Setting {
+    const char* name;
+    std::variant<uires16 LightSettings::*, bool LightSettings::*> field;
+};
+constexpr std::array<Setting, 12> Settings{{{"left", &LightSettings::backlightLeft},
+                                            {"right", &LightSettings::backlightRight},
+                                            {"centre", &LightSettings::backlightCenter},
+                                            {"blue", &LightSettings::desklightBlue},
+                                            {"desk", &LightSettings::desklight},
+                                            {"vent", &LightSettings::ventlight},
+                                            {"work-on", &LightSettings::worklightOn},
+                                            {"work", &LightSettings::worklight},
+                                            {"drawer-on", &LightSettings::keyboardDrawerEnabled},
+                                            {"drawer", &LightSettings::keyboardDrawer},
+                                            {"leds", &LightSettings::leds},
+                                            {"lcds", &LightSettings::lcds}}};
+
+std::string FormatPercent(uires16 level)
+{
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%g", level / double(0x10000));
+    return text.data();
+}
+
+bool ParseSwitch(const std::string& text)
+{
+    if (text != "on" && text != "off")
+        throw std::invalid_argument("'" + text + "' is neither on nor off");
+    return text == "on";
+}
+
+} // namespace
+
+std::vector<std::pair<std::string, std::string>>
+DescribeLightSettings(const LightSettings& settings)
+{
+    std::vector<std::pair<std::string, std::string>> list;
+    for (const Setting& setting : Settings) {
+        if (const auto* const level = std::get_if<uires16 LightSettings::*>(&setting.field))
+            list.emplace_back(setting.name, FormatPercent(settings.**level));
+        else
+            list.emplace_back(setting.name, settings.*std::get<bool LightSettings::*>(setting.field)
+                                                ? "on"
+                                                : "off");
+    }
+    return list;
+}
+
+void ChangeLightSetting(LightSettings& settings, const std::string& text)
+{
+    const std::size_t equals = text.find('=');
+    const std::string name = text.substr(0, equals);
+    std::string all;
+    for (const Setting& setting : Settings) {
+        all += std::string(" ") + setting.name;
+        if (name != setting.name || equals == std::string::npos)
+            continue;
+        const std::string value = text.substr(equals + 1);
+        if (const auto* const level = std::get_if<uires16 LightSettings::*>(&setting.field))
+            settings.** level = ParseLevel(value);
+        else
+            settings.*std::get<bool LightSettings::*>(setting.field) = ParseSwitch(value);
+        return;
+    }
+    throw std::invalid_argument("'" + text + "' is not NAME=VALUE; there are" + all);
+}
+
+} // namespace Tools

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <cstdio>
+#include <memory>
+
+#include "common/light_setting.h"
+#include "gut/message.h"
+#include "hwctl/command.h"
+#include "hwctl/event_printer.h"
+#include "hwctl/exit_code.h"
+#include "hwctl/light_run.h"
+#include "hwctl/settings_file.h"
+#include "standalone/messages.h"
+
+namespace Hwctl
+{
+
+namespace
+{
+
+struct Arguments {
+    std::vector<std::string> changes;
+    std::string file;
+    bool atOnce = false;
+    bool show = false;
+    bool json = false;
+};
+
+/// The words of a message, as they are posted.
+void PrintMessage(const Gut::Message& message, unsigned systemObject)
+{
+    std::printf("posted to %u:", systemObject);
+    for (std::size_t offset = 0; offset + 4 <= message.Size(); offset += 4)
+        std::printf(" %u", static_cast<unsigned>(message.Data()[offset]) |
+                               static_cast<unsigned>(message.Data()[offset + 1]) << 8U |
+                               static_cast<unsigned>(message.Data()[offset + 2]) << 16U |
+                               static_cast<unsigned>(message.Data()[offset + 3]) << 24U);
+    std::puts("");
+}
+
+void PrintSettings(const std::string& file, bool json)
+{
+    nlohmann::json object;
+    if (!json)
+        std::printf("%s\n", file.c_str());
+    for (const auto& [name, value] : Tools::DescribeLightSettings(Standalone::GetLightSettings())) {
+        if (!json)
+            std::printf("  %-10s %s\n", name.c_str(), value.c_str());
+        else if (value == "on" || value == "off")
+            object[name] = value == "on";
+        else
+            object[name] = std::stod(value);
+    }
+    if (json)
+        std::printf("%s\n", ToLine(object).c_str());
+}
+
+/// The lights go from the settings as they were to those that are set.
+void ShowLights(const CommonOptions& options, const Standalone::LightSettings& settings,
+                bool atOnce)
+{
+    // Outlive the backlight controller, which lives until the process ends.
+    static const auto devices =
+        options.useVirtual ? std::make_unique<VirtualDevices>(options.widgetFile) : nullptr;
+    static const auto displays =
+        devices ? std::make_unique<VirtualDisplays>(devices->GetTestbed()) : nullptr;
+    LightRun run(LightRun::Show::Changes, devices.get(), displays.get());
+    Standalone::SetLightSettings(settings);
+    run.Run({Tools::LightStep::Parse(atOnce ? "apply" : "change")});
+    run.Print();
+}
+
+int RunSettings(const CommonOptions& options, const Arguments& arguments)
+{
+    const std::string file = UseSettings(arguments.file);
+    Standalone::LightSettings settings = Standalone::GetLightSettings();
+    for (const std::string& change : arguments.changes)
+        Tools::ChangeLightSetting(settings, change);
+    if (!arguments.changes.empty()) {
+        if (!arguments.json)
+            Standalone::SetPostObserver(PrintMessage);
+        if (arguments.show) {
+            ShowLights(options, settings, arguments.atOnce);
+        } else {
+            Standalone::SetLightSettings(settings);
+            Standalone::AnnounceLightSettings(!arguments.atOnce);
+            Standalone::DeliverMessages();
+        }
+        if (!QFileInfo(QString::fromStdString(file)).isWritable())
+            throw CommandError("cannot write the light settings to '" + file + "'");
+    }
+    PrintSettings(file, arguments.json);
+    return ExitCode_Success;
+}
+
+} // namespace
+
+std::string UseSettings(const std::string& file)
+{
+    std::string name = file;
+    if (name.empty())
+        name = (QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                "/libhardware/lights.ini")
+                   .toStdString();
+    if (const std::string problem = Standalone::UseLightSettingsFile(name); !problem.empty())
+        throw CommandError(problem);
+    return name;
+}
+
+void AddSettingsCommand(CLI::App& app, const CommonOptions& options, Action& action)
+{
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* const command = app.add_subcommand(
+        "settings", "Show the light settings, change them, and post the message that tells of it");
+    command->add_option("change", arguments->changes,
+                        "NAME=VALUE: a level from 0 to 100, or on and off; the list shows the "
+                        "names");
+    command->add_option("--settings", arguments->file, "The file; the user's own if not given");
+    command->add_flag("--at-once", arguments->atOnce, "Tell of a change to be shown without fades");
+    command->add_flag("--show", arguments->show,
+                      "Have the lights follow, and print every level on its way");
+    command->add_flag("--json", arguments->json, "Print the settings as one JSON object");
+    command->callback([arguments, &options, &action] {
+        action = [arguments, &options] { return RunSettings(options, *arguments); };
+    });
+}
+
+} // namespace Hwctl
