@@ -96,26 +96,29 @@ bool NetlinkNews::Watch(nl_sock* socket) const
 
 std::vector<AdapterEvent> NetlinkNews::Take()
 {
-    TakeFrom(m_links.get());
-    if (m_settings)
-        TakeFrom(m_settings.get());
-    // Behind all that was still there: whoever asks for everything anew gets what is newer.
-    if (std::exchange(m_hasLost, false))
-        m_events.push_back({AdapterEvent::Kind::Lost, {}});
-    return std::exchange(m_events, {});
-}
-
-void NetlinkNews::TakeFrom(nl_sock* socket)
-{
     constexpr int Datagrams = 100; // at a time
-    for (int i = 0; i < Datagrams; ++i) {
-        const int error = nl_recvmsgs_default(socket);
-        if (error == -NLE_AGAIN)
-            return;
-        // Of an overrun libnl says that memory is short.
-        if (error < 0)
-            m_hasLost = true;
+    const auto takeFrom = [this](nl_sock* socket) {
+        for (int i = 0; i < Datagrams; ++i) {
+            const int error = nl_recvmsgs_default(socket);
+            if (error == -NLE_AGAIN)
+                return;
+            // Of an overrun libnl says that memory is short.
+            m_hasLost = m_hasLost || error < 0;
+        }
+    };
+    takeFrom(m_links.get());
+    if (m_settings)
+        takeFrom(m_settings.get());
+    if (std::exchange(m_hasLost, false)) {
+        // What is still there is older than what was lost, and than what is asked for anew. The
+        // kernel adds nothing until all of it is taken.
+        constexpr int MostDatagrams = 100000;
+        for (int i = 0; i < MostDatagrams && nl_recvmsgs_default(m_links.get()) != -NLE_AGAIN; ++i)
+            m_events.clear();
+        m_hasLost = false;
+        m_events.assign(1, AdapterEvent());
     }
+    return std::exchange(m_events, {});
 }
 
 int NetlinkNews::TakeLinkMessage(nl_msg* message, void* self)

@@ -25,7 +25,6 @@ private:
     bool ListenToLinks();
     void ListenToSettings();
     bool Watch(nl_sock* socket) const;
-    void TakeFrom(nl_sock* socket);
     static int TakeLinkMessage(nl_msg* message, void* self);
     static int TakeSettingsMessage(nl_msg* message, void* self);
 
