@@ -234,7 +234,8 @@ TEST_F(LinkLightsTest, OnceStoppedTheyAreNotStartedAgain)
     board.Plug();
     Standalone::DeliverMessages();
     EXPECT_EQ(GetLights(board), "1111");
-    EXPECT_THAT(TestSupport::FindThreads("Network Monitor"), IsEmpty());
+    EXPECT_TRUE(
+        TestSupport::WaitUntil([] { return TestSupport::FindThreads("Network Monitor").empty(); }));
 }
 
 TEST_F(LinkLightsTest, TheModelIsAskedAtEveryStart)
