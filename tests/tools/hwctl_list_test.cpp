@@ -21,6 +21,10 @@ TEST(HwctlList, ShowsPortsTimecodeDevicesAndEnumerations)
                                              "\n"
                                              "Wings\n"));
     EXPECT_THAT(run.out, testing::HasSubstr("\n\n"
+                                            "Networks\n"
+                                            "  console  eth0 up, 1 Gbit/s\n"
+                                            "  fixture  eth1 up, 100 Mbit/s\n"
+                                            "\n"
                                             "Timecode devices\n"
                                             "  LTC\n"
                                             "  Simulated\n"
@@ -39,6 +43,12 @@ TEST(HwctlList, HasTheSameAsJson)
     EXPECT_EQ(json["midiPorts"], nlohmann::json({"Show Control", "Stage Keyboard"}));
     EXPECT_EQ(json["timecodeDevices"], nlohmann::json({{{"type", 1}, {"name", "LTC"}},
                                                        {{"type", 5}, {"name", "Simulated"}}}));
+    ASSERT_EQ(json["networks"].size(), 2U);
+    EXPECT_EQ(json["networks"][1], nlohmann::json({{"network", "fixture"},
+                                                   {"adapter", "eth1"},
+                                                   {"state", "up"},
+                                                   {"speed", 100000000},
+                                                   {"text", "eth1 up, 100 Mbit/s"}}));
     ASSERT_EQ(json["enumerations"].size(), 4U);
     EXPECT_EQ(json["enumerations"][3]["code"], 975);
     EXPECT_EQ(json["enumerations"][3]["highest"], 127);

@@ -31,8 +31,9 @@ TEST(HwctlMonitor, PrintsAWholePerformanceAndDropsNothing)
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.back(),
               "summary: 643 messages, 1083 bytes, 0 frames, 7 wing signals, dropped: none");
-    // Two ports are switched on and off, seven wings and a board are there, the rest are messages.
-    EXPECT_EQ(lines.size(), 643U + 4U + 8U + 1U);
+    // Two ports are switched on and off, seven wings, a board and two networks are there, the rest
+    // are messages.
+    EXPECT_EQ(lines.size(), 643U + 4U + 8U + 2U + 1U);
 }
 
 TEST(HwctlMonitor, SaysInWordsWhatComesIn)
@@ -78,7 +79,7 @@ TEST(HwctlMonitor, PrintsJsonObjects)
 {
     const auto run = Play({"--json"});
     const auto lines = run.GetLines();
-    ASSERT_EQ(lines.size(), 656U);
+    ASSERT_EQ(lines.size(), 658U);
     bool found = false;
     for (const std::string& line : lines) {
         const auto json = nlohmann::json::parse(line);

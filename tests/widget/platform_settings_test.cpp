@@ -16,13 +16,21 @@ namespace
 /// What the platform answers now, asked the way the product asks.
 PlatformSettings Ask()
 {
+    const auto getNames = [](Platform::Protocol protocol) {
+        std::vector<std::wstring> names;
+        for (const Os::NetworkAdapter& adapter : Platform::GetAdapterList(protocol))
+            names.push_back(adapter.GetName());
+        return names;
+    };
     return {Platform::GetKelProductType(),
             Platform::IsConsole(),
             Platform::IsVentLightSupported(),
             Platform::AreBlueDesklightsSupported(),
             Platform::AreWhiteDesklightsSupported(),
             Platform::AreWorklightsSupported(),
-            Platform::IsIlluminatedKeyboardDrawerSupported()};
+            Platform::IsIlluminatedKeyboardDrawerSupported(),
+            getNames(Platform::Protocol_Console),
+            getNames(Platform::Protocol_Fixture)};
 }
 
 TEST(Platform, IsNoConsoleByItself)
@@ -32,15 +40,18 @@ TEST(Platform, IsNoConsoleByItself)
 
 TEST(Platform, AnswersAsConfigured)
 {
-    for (const PlatformSettings& settings : {PlatformSettings{12},
-                                             {0, true},
-                                             {0, false, true},
-                                             {0, false, false, true},
-                                             {0, false, false, false, true},
-                                             {0, false, false, false, false, true},
-                                             {0, false, false, false, false, false, true},
-                                             {-1, true, true, true, true, true, true},
-                                             {}}) {
+    for (const PlatformSettings& settings :
+         {PlatformSettings{12},
+          {0, true},
+          {0, false, true},
+          {0, false, false, true},
+          {0, false, false, false, true},
+          {0, false, false, false, false, true},
+          {0, false, false, false, false, false, true},
+          {-1, true, true, true, true, true, true},
+          {0, false, false, false, false, false, false, {L"none-0"}, {}},
+          {0, false, false, false, false, false, false, {}, {L"none-1"}},
+          {}}) {
         ConfigurePlatform(settings);
         EXPECT_EQ(Ask(), settings);
         EXPECT_EQ(Standalone::GetPlatformSettings(), settings);

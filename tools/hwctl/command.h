@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "hwctl/command_error.h"
 
@@ -16,7 +17,9 @@ struct CommonOptions {
     bool useVirtual = false;    ///< work on virtual devices
     std::string widgetFile;     ///< the virtual widgets; empty for a desk of one of each kind
     std::optional<int> console; ///< model of the console to be; none to be no console
-    std::string logMasks;       ///< masks of log contexts
+    std::vector<std::string> consoleNetwork; ///< adapters for the consoles' network, in order
+    std::vector<std::string> fixtureNetwork; ///< adapters for the fixtures' network, in order
+    std::string logMasks;                    ///< masks of log contexts
     std::string logSink = "stderr";
 };
 
@@ -26,6 +29,7 @@ typedef std::function<int()> Action;
 // Each adds its command to the line and sets @p action when it is chosen. The options outlive it.
 void AddBacklightCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddLightsCommand(CLI::App& app, const CommonOptions& options, Action& action);
+void AddLinksCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddListCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddLtcCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& action);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hwctl/desk_watch.h"
 
-#include "desk/virtual_widget.h"
+#include <utility>
 
 namespace Hwctl
 {
@@ -17,7 +17,28 @@ std::string GetPath(const VirtualWidget& widget)
     return {path.begin(), path.end()};
 }
 
+std::string DescribeLink(bool isActive, bool isGigabit)
+{
+    return std::string(isActive ? "up" : "off") + (isGigabit ? ", gigabit" : "");
+}
+
 } // namespace
+
+std::string DescribeLinkLights(const VirtualWidget& board)
+{
+    const Standalone::Report::SetLinkLights lights = board.GetLinkLights();
+    return "console " + DescribeLink(lights.consoleActive != 0, lights.consoleGigabit != 0) +
+           "; fixture " + DescribeLink(lights.fixtureActive != 0, lights.fixtureGigabit != 0);
+}
+
+nlohmann::json GetLinkLightFacts(const VirtualWidget& board)
+{
+    const Standalone::Report::SetLinkLights lights = board.GetLinkLights();
+    return {{"consoleActive", lights.consoleActive != 0},
+            {"consoleGigabit", lights.consoleGigabit != 0},
+            {"fixtureActive", lights.fixtureActive != 0},
+            {"fixtureGigabit", lights.fixtureGigabit != 0}};
+}
 
 DeskWatch::DeskWatch(const Desk::WidgetBus& bus, const EventTaker& take)
 {
@@ -41,6 +62,12 @@ DeskWatch::DeskWatch(const Desk::WidgetBus& bus, const EventTaker& take)
         });
         on(&VirtualWidget::beaconed, [report](unsigned char section) {
             report("beaconed", "beacon, section " + std::to_string(section));
+        });
+        on(&VirtualWidget::linkLightsChanged, [take, widget, path = GetPath(*widget)] {
+            nlohmann::json facts = GetLinkLightFacts(*widget);
+            facts["path"] = path;
+            take({0, "desk " + path, "linkLightsChanged",
+                  "link lights: " + DescribeLinkLights(*widget), std::move(facts)});
         });
         on(&VirtualWidget::cellsWritten, [report] { report("cellsWritten", "texts written"); });
     }

@@ -3,11 +3,16 @@
 
 #include <QObject>
 
+#include "desk/virtual_widget.h"
 #include "desk/widget_bus.h"
 #include "hwctl/wing_watch.h"
 
 namespace Hwctl
 {
+
+/// What the link LEDs of an LTC board show, such as "console up, gigabit; fixture off".
+std::string DescribeLinkLights(const Desk::VirtualWidget& board);
+nlohmann::json GetLinkLightFacts(const Desk::VirtualWidget& board);
 
 /// Reports what is done to the virtual widgets of a bus: LEDs, faders, lights and the like.
 class DeskWatch

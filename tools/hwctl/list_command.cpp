@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "common/network_text.h"
 #include "common/port_name.h"
 #include "common/wing_name.h"
 #include "hardware/midi/device.h"
@@ -12,6 +13,7 @@
 #include "hwctl/command.h"
 #include "hwctl/event_printer.h"
 #include "hwctl/exit_code.h"
+#include "hwctl/network_watch.h"
 #include "hwctl/virtual_devices.h"
 #include "kel/text_base.h"
 #include "widget/ltc_widget.h"
@@ -92,6 +94,21 @@ nlohmann::json GetLtcBoards()
     return list;
 }
 
+/// The adapter that serves each network.
+nlohmann::json GetNetworks()
+{
+    using Os::Platform;
+    nlohmann::json list = nlohmann::json::array();
+    for (const Platform::Protocol protocol :
+         {Platform::Protocol_Console, Platform::Protocol_Fixture})
+        if (const auto adapter = FindNetworkAdapter(protocol)) {
+            nlohmann::json network = DescribeNetwork(protocol, *adapter);
+            network["text"] = Tools::DescribeAdapter(*adapter);
+            list.push_back(network);
+        }
+    return list;
+}
+
 nlohmann::json GetInventory()
 {
     nlohmann::json ports = nlohmann::json::array();
@@ -101,6 +118,7 @@ nlohmann::json GetInventory()
             {"midiPorts", ports},
             {"wings", GetWings()},
             {"ltcBoards", GetLtcBoards()},
+            {"networks", GetNetworks()},
             {"timecodeDevices", GetTimecodeDevices()},
             {"enumerations", GetEnumerations()}};
 }
@@ -125,6 +143,12 @@ void PrintText(const nlohmann::json& inventory)
                     board["path"].get_ref<const std::string&>().c_str());
     if (inventory["ltcBoards"].empty())
         std::puts("  none");
+    std::puts("\nNetworks");
+    for (const auto& network : inventory["networks"])
+        std::printf("  %s  %s\n", network["network"].get_ref<const std::string&>().c_str(),
+                    network["text"].get_ref<const std::string&>().c_str());
+    if (inventory["networks"].empty())
+        std::puts("  none");
     std::puts("\nTimecode devices");
     for (const auto& device : inventory["timecodeDevices"])
         std::printf("  %s\n", device["name"].get_ref<const std::string&>().c_str());
@@ -145,7 +169,8 @@ void AddListCommand(CLI::App& app, const CommonOptions& options, Action& action)
     auto json = std::make_shared<bool>(false);
     CLI::App* const command = app.add_subcommand(
         "list",
-        "List MIDI ports, wings, LTC boards, timecode device types and registered enumerations");
+        "List MIDI ports, wings, LTC boards, networks, timecode device types and registered "
+        "enumerations");
     command->add_flag("--json", *json, "Print JSON, one object");
     command->callback([json, &options, &action] {
         action = [json, &options] {

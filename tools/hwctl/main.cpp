@@ -8,6 +8,7 @@
 #include "hwctl/command.h"
 #include "hwctl/exit_code.h"
 #include "hwctl/log_setup.h"
+#include "standalone/network_source.h"
 #include "standalone/platform_settings.h"
 
 namespace
@@ -34,6 +35,20 @@ void AddCommonOptions(CLI::App& app, CommonOptions& options)
     app.add_option("--console", options.console,
                    "Number of the console's model to be; 7 with --virtual, otherwise no console")
         ->check(CLI::Range(0, 255));
+    const auto isName = [](const std::string& name) {
+        return Standalone::IsAdapterName(Standalone::WidenAdapterName(name))
+                   ? std::string()
+                   : "no network adapter can have the name '" + name + "'";
+    };
+    app.add_option("--console-network", options.consoleNetwork,
+                   "Network adapter for the network of consoles; may be repeated: of those that "
+                   "exist, the first is taken")
+        ->allow_extra_args(false)
+        ->check(isName);
+    app.add_option("--fixture-network", options.fixtureNetwork,
+                   "The same for the network of lighting fixtures")
+        ->allow_extra_args(false)
+        ->check(isName);
     app.add_option("--log", options.logMasks,
                    "Log masks, PATH=MASK[,PATH=MASK...], such as Hardware/Midi=31; the variable "
                    "HWCTL_LOG takes the same");
@@ -44,13 +59,29 @@ void AddCommonOptions(CLI::App& app, CommonOptions& options)
     app.failure_message(CLI::FailureMessage::simple);
 }
 
-/// The virtual desk is of a model that has every kind of widget.
+std::vector<std::wstring> Widen(const std::vector<std::string>& names)
+{
+    std::vector<std::wstring> wide;
+    for (const std::string& name : names)
+        wide.push_back(Standalone::WidenAdapterName(name));
+    return wide;
+}
+
+/// The virtual desk is of a model that has every kind of widget, and has an adapter for each
+/// network.
 void SetUpPlatform(const CommonOptions& options)
 {
     constexpr int VirtualConsole = 7;
+    Standalone::PlatformSettings settings;
     if (options.console || options.useVirtual)
-        Standalone::ConfigurePlatform(
-            Standalone::MakeConsoleSettings(options.console.value_or(VirtualConsole)));
+        settings = Standalone::MakeConsoleSettings(options.console.value_or(VirtualConsole));
+    settings.consoleNetwork = Widen(options.consoleNetwork);
+    settings.fixtureNetwork = Widen(options.fixtureNetwork);
+    if (options.useVirtual && settings.consoleNetwork.empty())
+        settings.consoleNetwork = {L"eth0"};
+    if (options.useVirtual && settings.fixtureNetwork.empty())
+        settings.fixtureNetwork = {L"eth1"};
+    Standalone::ConfigurePlatform(settings);
 }
 
 int RunAction(const CommonOptions& options, const Action& action, int argc, char** argv)
@@ -81,6 +112,7 @@ int Run(int argc, char** argv)
     AddCommonOptions(app, options);
     AddBacklightCommand(app, options, action);
     AddLightsCommand(app, options, action);
+    AddLinksCommand(app, options, action);
     AddListCommand(app, options, action);
     AddLtcCommand(app, options, action);
     AddMonitorCommand(app, options, action);

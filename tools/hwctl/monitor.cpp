@@ -56,6 +56,8 @@ Monitor::Monitor(const MonitorOptions& options, std::FILE* out)
         AddSource(++number, source);
     if (options.wings)
         AddWings();
+    if (options.networks)
+        m_networks = std::make_unique<NetworkWatch>(MakeWidgetTaker(false));
 }
 
 Monitor::~Monitor()
@@ -238,6 +240,10 @@ void Monitor::StartDevices()
         m_wings->Start();
         m_ltc->Start();
     }
+    if (m_networks)
+        m_networks->Start();
+    if (m_networkPlayer)
+        m_networkPlayer->Start();
     if (m_player)
         m_player->Start();
     if (m_widgetPlayer)
@@ -250,6 +256,8 @@ void Monitor::StopDevices()
         m_widgetPlayer->Stop();
     if (m_player)
         m_player->Stop();
+    if (m_networks)
+        m_networks->Stop();
     if (m_wings) {
         m_ltc->Stop();
         m_wings->Stop();
@@ -329,7 +337,8 @@ int Monitor::Summarize()
          {"wingSignals", m_wingSignals},
          {"droppedMessages", droppedMessages},
          {"droppedFrames", droppedFrames}});
-    return dropped.empty() ? ExitCode_Success : ExitCode_Failure;
+    const bool hasFailed = m_networkPlayer && m_networkPlayer->HasFailed();
+    return dropped.empty() && !hasFailed ? ExitCode_Success : ExitCode_Failure;
 }
 
 double Monitor::GetSeconds() const

@@ -18,6 +18,8 @@
 #include "hwctl/event_queue.h"
 #include "hwctl/ltc_watch.h"
 #include "hwctl/midi_player.h"
+#include "hwctl/network_player.h"
+#include "hwctl/network_watch.h"
 #include "hwctl/widget_player.h"
 #include "hwctl/wing_watch.h"
 
@@ -29,6 +31,7 @@ struct MonitorOptions {
     std::vector<std::string> ports;             ///< MIDI ports to receive from
     std::vector<Tools::TimecodeSource> sources; ///< simulated timecode to run
     bool wings = false;                         ///< watch wings and LTC boards
+    bool networks = false;                      ///< watch networks and work the link lights
     bool echo = false;                          ///< a pressed button lights its LED
     std::optional<double> seconds;              ///< ends after so long
     std::optional<unsigned> frames;             ///< ends after so many frames of every source
@@ -56,6 +59,9 @@ public:
     /// Does things to virtual widgets while the monitor runs, and prints what is done to them.
     void SetWidgetPlayer(WidgetPlayer* player) { m_widgetPlayer = player; }
     void WatchDesk(const Desk::WidgetBus& bus);
+
+    /// Does things to virtual network adapters while the monitor runs.
+    void SetNetworkPlayer(NetworkPlayer* player) { m_networkPlayer = player; }
 
     /// Runs, prints the summary and returns an ExitCode: failure when anything was dropped.
     int Run();
@@ -95,6 +101,7 @@ private:
     QTimer m_playerTimer;
     MidiPlayer* m_player = nullptr;
     WidgetPlayer* m_widgetPlayer = nullptr;
+    NetworkPlayer* m_networkPlayer = nullptr;
     int m_idleChecks = 0;
 
     // On the loop's thread only.
@@ -110,6 +117,7 @@ private:
     std::unique_ptr<Hardware::Timecode::DeviceSim> m_simulator;
     std::unique_ptr<WingWatch> m_wings;
     std::unique_ptr<LtcWatch> m_ltc;
+    std::unique_ptr<NetworkWatch> m_networks;
     std::unique_ptr<DeskWatch> m_desk;
 };
 

@@ -21,6 +21,7 @@ struct Arguments {
     std::string play;
     std::string playOn;
     std::string work;
+    std::string workNetwork;
     std::string ltc;
     bool echo = false;
     bool noWait = false;
@@ -58,6 +59,7 @@ int RunMonitor(const CommonOptions& common, const Arguments& arguments, bool has
     options.sources = ParseSources(arguments.simulate);
     options.json = arguments.json;
     options.wings = true;
+    options.networks = true;
     options.echo = arguments.echo;
     options.hideClock = Contains(arguments.hide, "clock");
     options.hideFrames = Contains(arguments.hide, "frames");
@@ -88,10 +90,15 @@ int RunMonitor(const CommonOptions& common, const Arguments& arguments, bool has
     if (!arguments.work.empty())
         widgetPlayer = std::make_unique<WidgetPlayer>(Tools::WidgetScript::Read(arguments.work),
                                                       devices->GetBus());
+    std::unique_ptr<NetworkPlayer> networkPlayer;
+    if (!arguments.workNetwork.empty())
+        networkPlayer = std::make_unique<NetworkPlayer>(
+            Tools::NetworkScript::Read(arguments.workNetwork), devices->GetNetwork());
 
     Monitor monitor(options, stdout);
     monitor.SetPlayer(player.get());
     monitor.SetWidgetPlayer(widgetPlayer.get());
+    monitor.SetNetworkPlayer(networkPlayer.get());
     if (devices)
         monitor.WatchDesk(devices->GetBus());
     if (!arguments.ltc.empty())
@@ -110,8 +117,8 @@ void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& acti
     const auto needsVirtual = [&options](const std::string&) {
         return std::string(options.useVirtual ? "" : "needs --virtual before the command");
     };
-    CLI::App* const command =
-        app.add_subcommand("monitor", "Print every MIDI, timecode and wing signal, one line each");
+    CLI::App* const command = app.add_subcommand(
+        "monitor", "Print every MIDI, timecode, wing and network signal, one line each");
     command->add_option("-p,--port", arguments->ports,
                         "MIDI port to receive from; may be repeated; all ports if not given");
     command->add_option("-s,--simulate", arguments->simulate,
@@ -130,6 +137,10 @@ void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& acti
     command
         ->add_option("--work", arguments->work,
                      "Script of what hands do to the virtual widgets; needs --virtual")
+        ->check(needsVirtual);
+    command
+        ->add_option("--work-network", arguments->workNetwork,
+                     "Script of what happens to the virtual network adapters; needs --virtual")
         ->check(needsVirtual);
     command
         ->add_option("--ltc", arguments->ltc,

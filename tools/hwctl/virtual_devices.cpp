@@ -6,12 +6,15 @@
 
 #include "desk/audio_file.h"
 #include "hwctl/command_error.h"
+#include "standalone/platform_settings.h"
 
 namespace Hwctl
 {
 
 namespace
 {
+
+constexpr std::uint64_t Gigabit = 1000000000;
 
 std::vector<Desk::WidgetData> ReadWidgets(const std::string& file)
 {
@@ -40,6 +43,16 @@ VirtualDevices::VirtualDevices(const std::string& widgetFile) : m_sequencer(m_te
         m_ports.push_back(std::make_unique<Desk::MidiPort>(m_testbed, m_sequencer, name));
     for (const Desk::WidgetData& data : ReadWidgets(widgetFile))
         m_bus.Add(data);
+    AddAdapters(Standalone::GetPlatformSettings().consoleNetwork, Gigabit);
+    AddAdapters(Standalone::GetPlatformSettings().fixtureNetwork, Gigabit / 10);
+}
+
+/// All of them up, so that there is something to see.
+void VirtualDevices::AddAdapters(const std::vector<std::wstring>& names, std::uint64_t speed)
+{
+    for (const std::wstring& name : names)
+        if (!m_network.Has(name))
+            m_network.Add({name, true, speed});
 }
 
 VirtualDevices::~VirtualDevices() = default;

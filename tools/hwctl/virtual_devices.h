@@ -9,6 +9,7 @@
 #include "desk/ltc_player.h"
 #include "desk/midi_port.h"
 #include "desk/sequencer.h"
+#include "desk/virtual_network.h"
 #include "desk/virtual_widget.h"
 #include "desk/widget_bus.h"
 #include "hwctl/event_printer.h"
@@ -16,7 +17,8 @@
 namespace Hwctl
 {
 
-/// The devices that --virtual works on: a test bed with two MIDI ports, and a bus with widgets.
+/// The devices that --virtual works on: a test bed with two MIDI ports, a bus with widgets, and the
+/// network adapters that the platform is to have.
 class VirtualDevices
 {
 public:
@@ -33,6 +35,8 @@ public:
 
     Desk::KernelTestbed& GetTestbed() { return m_testbed; }
     Desk::WidgetBus& GetBus() { return m_bus; }
+    const Desk::WidgetBus& GetBus() const { return m_bus; }
+    Desk::VirtualNetwork& GetNetwork() { return m_network; }
     /// The plugged widget of a key; null when there is none.
     Desk::VirtualWidget* FindWidget(std::uint32_t key) const;
 
@@ -42,10 +46,13 @@ public:
     void StopTimecode() { m_ltc.reset(); }
 
 private:
+    void AddAdapters(const std::vector<std::wstring>& names, std::uint64_t speed);
+
     Desk::KernelTestbed m_testbed;
     Desk::Sequencer m_sequencer;
     std::vector<std::unique_ptr<Desk::MidiPort>> m_ports;
     Desk::WidgetBus m_bus;
+    Desk::VirtualNetwork m_network;
     std::unique_ptr<Desk::LtcPlayer> m_ltc; // plays into the bus
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "os/platform.h"
 
+#include <algorithm>
 #include <mutex>
 
 #include "standalone/platform_settings.h"
@@ -12,20 +13,26 @@ namespace
 {
 
 std::mutex Mutex;
-PlatformSettings Settings; // guarded by Mutex
+
+/// Never destroyed. The caller holds the lock.
+PlatformSettings& GetSettings()
+{
+    static auto* const settings = new PlatformSettings;
+    return *settings;
+}
 
 } // namespace
 
 void ConfigurePlatform(const PlatformSettings& settings)
 {
     const std::lock_guard hold(Mutex);
-    Settings = settings;
+    GetSettings() = settings;
 }
 
 PlatformSettings GetPlatformSettings()
 {
     const std::lock_guard hold(Mutex);
-    return Settings;
+    return GetSettings();
 }
 
 PlatformSettings MakeConsoleSettings(int productType)
@@ -81,6 +88,31 @@ bool Platform::AreWorklightsSupported()
 bool Platform::IsIlluminatedKeyboardDrawerSupported()
 {
     return Standalone::GetPlatformSettings().hasIlluminatedKeyboardDrawer;
+}
+
+std::vector<NetworkAdapter> Platform::GetAdapterList(Protocol protocol)
+{
+    const Standalone::PlatformSettings settings = Standalone::GetPlatformSettings();
+    std::vector<NetworkAdapter> adapters;
+    const auto add = [&adapters](const std::vector<std::wstring>& names) {
+        for (const std::wstring& name : names) {
+            const NetworkAdapter found = NetworkAdapter::ReadSettings(name);
+            adapters.push_back(
+                found.GetName().empty()
+                    ? NetworkAdapter(name, NetworkAdapter::State_Absent, {}, kel::wstring())
+                    : found);
+        }
+    };
+    if (protocol == Protocol_Console)
+        add(settings.consoleNetwork);
+    else if (protocol == Protocol_Fixture)
+        add(settings.fixtureNetwork);
+    // One that exists is of more use than one that was preferred. Without any, the preferred one
+    // may come later.
+    std::stable_partition(adapters.begin(), adapters.end(), [](const NetworkAdapter& adapter) {
+        return adapter.GetState() != NetworkAdapter::State_Absent;
+    });
+    return adapters;
 }
 
 } // namespace Os

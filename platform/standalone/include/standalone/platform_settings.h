@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "platform_export.h"
 
 namespace Standalone
@@ -15,6 +18,9 @@ struct PlatformSettings {
     bool hasWhiteDesklights = false;
     bool hasWorklights = false;
     bool hasIlluminatedKeyboardDrawer = false;
+    /// Names of adapters for each network, in order of preference; those that exist go first.
+    std::vector<std::wstring> consoleNetwork = {};
+    std::vector<std::wstring> fixtureNetwork = {};
 
     bool operator==(const PlatformSettings&) const = default;
 };

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "hwctl/network_watch.h"
+
+#include <utility>
+
+#include "common/network_text.h"
+#include "hardware/linklights.h"
+#include "standalone/network_source.h"
+
+namespace Hwctl
+{
+
+using Os::NetworkAdapter;
+using Os::NetworkAdapterMonitor;
+using Os::Platform;
+
+/// One of the console's networks.
+class NetworkWatch::Network final : public NetworkAdapterMonitor::Callback
+{
+public:
+    Network(Platform::Protocol protocol, const EventTaker& take)
+        : m_protocol(protocol), m_take(take)
+    {
+    }
+    ~Network() override { Stop(); }
+    Network(const Network&) = delete;
+    Network& operator=(const Network&) = delete;
+
+    void Start()
+    {
+        const auto adapter = FindNetworkAdapter(m_protocol);
+        if (!adapter)
+            return;
+        NetworkAdapterMonitor::Get().Register(adapter->GetName(), NetworkAdapterMonitor::Event_All,
+                                              this);
+        Report(*adapter);
+    }
+    void Stop() { NetworkAdapterMonitor::Get().Unregister(this); }
+
+    void Changed(const NetworkAdapter& adapter, const NetworkAdapter::State&, int) override
+    {
+        Report(adapter);
+    }
+
+private:
+    void Report(const NetworkAdapter& adapter) const
+    {
+        m_take({0, std::string("network ") + Tools::GetNetworkName(m_protocol), "Changed",
+                Tools::DescribeAdapter(adapter), DescribeNetwork(m_protocol, adapter)});
+    }
+
+    const Platform::Protocol m_protocol;
+    const EventTaker m_take;
+};
+
+NetworkWatch::NetworkWatch(EventTaker take)
+{
+    for (const Platform::Protocol protocol :
+         {Platform::Protocol_Console, Platform::Protocol_Fixture})
+        m_networks.push_back(std::make_unique<Network>(protocol, take));
+}
+
+NetworkWatch::~NetworkWatch()
+{
+    Stop();
+}
+
+void NetworkWatch::Start()
+{
+    m_isStarted = true;
+    for (const auto& network : m_networks)
+        network->Start();
+    m_hasLights = Hardware::LinkLights::Get().Start();
+}
+
+void NetworkWatch::Stop()
+{
+    if (!std::exchange(m_isStarted, false))
+        return;
+    if (m_hasLights)
+        Hardware::LinkLights::Get().Stop();
+    for (const auto& network : m_networks)
+        network->Stop();
+}
+
+nlohmann::json DescribeNetwork(Platform::Protocol protocol, const NetworkAdapter& adapter)
+{
+    return {{"network", Tools::GetNetworkName(protocol)},
+            {"adapter", Standalone::NarrowAdapterName(adapter.GetName())},
+            {"state", Tools::GetStateName(adapter.GetState())},
+            {"speed", adapter.GetStatistics().speed}};
+}
+
+std::optional<NetworkAdapter> FindNetworkAdapter(Platform::Protocol protocol)
+{
+    const std::vector<NetworkAdapter> adapters = Platform::GetAdapterList(protocol);
+    if (adapters.empty())
+        return std::nullopt;
+    return adapters.front();
+}
+
+} // namespace Hwctl
