@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <cstdint>
 #include <string>
 
 #include "desk/cd_drive.h"
@@ -45,7 +47,11 @@ protected:
 
     Desk::KernelTestbed m_testbed;
     SteppingClock m_clock;
-    Desk::CdDrive m_drive{m_testbed, [this] { return m_clock.GetMillisecs(); }};
+    std::atomic<std::uint32_t> m_frozen{0}; ///< the time that discs turn by instead, if not 0
+    Desk::CdDrive m_drive{m_testbed, [this] {
+                              const std::uint32_t frozen = m_frozen.load();
+                              return frozen != 0 ? frozen : m_clock.GetMillisecs();
+                          }};
 };
 
 /// The same with a disc in it, and a player with all its log lines.
