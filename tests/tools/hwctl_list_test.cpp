@@ -23,6 +23,7 @@ TEST(HwctlList, ShowsPortsTimecodeDevicesAndEnumerations)
     EXPECT_THAT(run.out, testing::HasSubstr("\n\n"
                                             "Timecode devices\n"
                                             "  LTC\n"
+                                            "  CD\n"
                                             "  Simulated\n"
                                             "\n"
                                             "Enumerations\n"
@@ -38,6 +39,7 @@ TEST(HwctlList, HasTheSameAsJson)
     const auto json = nlohmann::json::parse(run.out);
     EXPECT_EQ(json["midiPorts"], nlohmann::json({"Show Control", "Stage Keyboard"}));
     EXPECT_EQ(json["timecodeDevices"], nlohmann::json({{{"type", 1}, {"name", "LTC"}},
+                                                       {{"type", 4}, {"name", "CD"}},
                                                        {{"type", 5}, {"name", "Simulated"}}}));
     ASSERT_EQ(json["enumerations"].size(), 4U);
     EXPECT_EQ(json["enumerations"][3]["code"], 975);

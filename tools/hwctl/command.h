@@ -25,6 +25,7 @@ typedef std::function<int()> Action;
 
 // Each adds its command to the line and sets @p action when it is chosen. The options outlive it.
 void AddBacklightCommand(CLI::App& app, const CommonOptions& options, Action& action);
+void AddCdCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddListCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddLtcCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& action);

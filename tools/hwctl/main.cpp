@@ -80,6 +80,7 @@ int Run(int argc, char** argv)
     CLI::App app("Looks at and works the hardware of a lighting-control console", "hwctl");
     AddCommonOptions(app, options);
     AddBacklightCommand(app, options, action);
+    AddCdCommand(app, options, action);
     AddListCommand(app, options, action);
     AddLtcCommand(app, options, action);
     AddMonitorCommand(app, options, action);

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "desk/cd_drive.h"
 #include "desk/kernel_testbed.h"
 #include "desk/ltc_player.h"
 #include "desk/midi_port.h"
@@ -16,7 +17,8 @@
 namespace Hwctl
 {
 
-/// The devices that --virtual works on: a test bed with two MIDI ports, and a bus with widgets.
+/// The devices that --virtual works on: a test bed with two MIDI ports and a CD drive
+/// that has a disc, and a bus with widgets.
 class VirtualDevices
 {
 public:
@@ -31,6 +33,7 @@ public:
     /// The first port, which recordings play on unless told otherwise.
     Desk::MidiPort& GetFirstPort() { return *m_ports.front(); }
 
+    Desk::CdDrive& GetCdDrive() { return m_cd; }
     Desk::WidgetBus& GetBus() { return m_bus; }
     /// The plugged widget of a key; null when there is none.
     Desk::VirtualWidget* FindWidget(std::uint32_t key) const;
@@ -44,6 +47,7 @@ private:
     Desk::KernelTestbed m_testbed;
     Desk::Sequencer m_sequencer;
     std::vector<std::unique_ptr<Desk::MidiPort>> m_ports;
+    Desk::CdDrive m_cd;
     Desk::WidgetBus m_bus;
     std::unique_ptr<Desk::LtcPlayer> m_ltc; // plays into the bus
 };
