@@ -41,4 +41,6 @@ if(TARGET hwctl)
         FILES_MATCHING PATTERN "*.txt")
     install(DIRECTORY data/ltc DESTINATION ${CMAKE_INSTALL_DATADIR}/hardware COMPONENT tools
         FILES_MATCHING PATTERN "*.flac")
+    install(DIRECTORY data/cd DESTINATION ${CMAKE_INSTALL_DATADIR}/hardware COMPONENT tools
+        FILES_MATCHING PATTERN "*.cue")
 endif()

@@ -16,6 +16,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "kernel/request_handler.h"
 #include "kernel/testbed_private.h"
 
 namespace Desk
@@ -56,34 +57,6 @@ struct Sequencer::Private {
 namespace
 {
 
-/// Copies between a request's argument, which lies in the client's memory, and @p record. The
-/// client owns what get_arg() returns, the caller what resolve() returns.
-template <class Record> bool ReadArgument(UMockdevIoctlClient* client, Record& record)
-{
-    UMockdevIoctlData* const pointer = umockdev_ioctl_client_get_arg(client);
-    UMockdevIoctlData* const memory =
-        umockdev_ioctl_data_resolve(pointer, 0, sizeof record, nullptr);
-    const bool found = memory != nullptr;
-    if (found) {
-        std::memcpy(&record, memory->data, sizeof record);
-        umockdev_ioctl_data_unref(memory);
-    }
-    return found;
-}
-
-template <class Record> void WriteArgument(UMockdevIoctlClient* client, Record record)
-{
-    UMockdevIoctlData* const pointer = umockdev_ioctl_client_get_arg(client);
-    UMockdevIoctlData* const memory =
-        umockdev_ioctl_data_resolve(pointer, 0, sizeof record, nullptr);
-    if (memory) {
-        umockdev_ioctl_data_update(memory, 0, reinterpret_cast<guint8*>(&record), sizeof record);
-        umockdev_ioctl_data_unref(memory);
-    }
-}
-
-/// What a signal of the handler carries. The handler's thread may still be about to emit one when
-/// the sequencer has gone, and keeps what it needs itself.
 using Owner = std::shared_ptr<Sequencer::Private>;
 
 gboolean HandleRequest(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer owner)
@@ -98,14 +71,6 @@ void HandleOpen(UMockdevIoctlBase*, UMockdevIoctlClient* client, gpointer owner)
     g_object_set_data(G_OBJECT(client), CountAtOpen, GSIZE_TO_POINTER(sequencer.ports.size()));
     ++sequencer.opensSeen;
     sequencer.openSeen.notify_all();
-}
-
-template <class Callback>
-void Connect(UMockdevIoctlBase* handler, const char* signal, Callback* callback, const Owner& owner)
-{
-    const auto release = [](gpointer data, GClosure*) { delete static_cast<Owner*>(data); };
-    g_signal_connect_data(handler, signal, G_CALLBACK(callback), new Owner(owner), release,
-                          GConnectFlags(0));
 }
 
 } // namespace
@@ -184,8 +149,8 @@ Sequencer::Sequencer(KernelTestbed& testbed) : m_private(new Private(testbed))
     KernelTestbed::Private& bed = testbed.GetPrivate();
     m_private->device = bed.addDevice(Path);
     m_private->handler = umockdev_ioctl_base_new();
-    Connect(m_private->handler, "handle-ioctl", HandleRequest, m_private);
-    Connect(m_private->handler, "client-connected", HandleOpen, m_private);
+    ConnectHandler(m_private->handler, "handle-ioctl", HandleRequest, m_private);
+    ConnectHandler(m_private->handler, "client-connected", HandleOpen, m_private);
     const std::lock_guard hold(m_private->mutex);
     m_private->RefreshLocked();
     if (!umockdev_testbed_attach_ioctl(bed.testbed, Path, m_private->handler, nullptr))

@@ -8,6 +8,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <pthread.h>
+#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/select.h>
 #include <sys/stat.h>
@@ -397,6 +398,19 @@ DESK_EXPORT ssize_t write(int descriptor, const void* buffer, size_t count)
         }
     }
     return next(descriptor, buffer, count);
+}
+
+DESK_EXPORT int ioctl(int descriptor, unsigned long request, ...)
+{
+    static auto* const next = FindNext<int(int, unsigned long, ...)>("ioctl");
+    va_list arguments;
+    va_start(arguments, request);
+    void* const argument = va_arg(arguments, void*);
+    va_end(arguments);
+    const int device = GetDevice(descriptor);
+    if (device != -1)
+        Dawdle(device);
+    return next(descriptor, request, argument);
 }
 
 DESK_EXPORT int tcsetattr(int descriptor, int action, const struct termios* settings)

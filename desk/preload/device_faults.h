@@ -15,7 +15,7 @@ struct DeskDeviceFaults {
     int writeError;  ///< errno of every write; 0 for none
     long writeRoom;  ///< bytes that still fit; then EAGAIN; -1 for no limit
     int readEnds;    ///< not 0: every read finds the end of the file
-    long delay;      ///< microseconds that every open, read and write takes longer
+    long delay;      ///< microseconds that every open, read, write and request takes longer
     int takesNumber; ///< not 0: a write that is no number as the kernel reads one gets EINVAL
 };
 /// A device without faults.
@@ -36,7 +36,8 @@ struct DeskDeviceUse {
     int openedEver; ///< opens that succeeded
     int lastFlags;  ///< flags of the last of them
     long lastWait;  ///< limit of the last select() on it, in microseconds
-    long delayed;   ///< microseconds that its opens, reads and writes were delayed, together
+    long
+        delayed; ///< microseconds that its opens, reads, writes and requests were delayed, together
 };
 
 /// Tells how a device was used.

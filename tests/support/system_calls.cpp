@@ -3,6 +3,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/select.h>
 #include <termios.h>
@@ -174,6 +175,18 @@ TEST_EXPORT int fcntl(int descriptor, int command, ...)
                              : command == F_SETFL ? "fcntl set flags"
                                                   : "fcntl";
     return MayCall(descriptor, name) ? next(descriptor, command, argument) : -1;
+}
+
+TEST_EXPORT int ioctl(int descriptor, unsigned long request, ...)
+{
+    static constinit Next<int(int, unsigned long, ...)> next("ioctl");
+    va_list arguments;
+    va_start(arguments, request);
+    void* const argument = va_arg(arguments, void*);
+    va_end(arguments);
+    return MayCall(descriptor, "ioctl " + TestSupport::ToHex(request))
+               ? next(descriptor, request, argument)
+               : -1;
 }
 
 TEST_EXPORT int tcgetattr(int descriptor, struct termios* settings)

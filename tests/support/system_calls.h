@@ -22,8 +22,8 @@ public:
     SystemCalls(const SystemCalls&) = delete;
     SystemCalls& operator=(const SystemCalls&) = delete;
 
-    /// Such as "open /dev/ttyS0", "tcflush in", "tcsetattr now", "write 8", "map fe627000", "unmap
-    /// 1": maps are numbered from 1.
+    /// Such as "open /dev/ttyS0", "tcflush in", "tcsetattr now", "write 8", "ioctl 530b", "map
+    /// fe627000", "unmap 1": maps are numbered from 1.
     const std::vector<std::string>& GetCalls() const { return m_calls; }
     /// How many begin with @p name.
     int Count(const std::string& name) const;

@@ -27,6 +27,7 @@ TEST(HwctlList, ShowsPortsTimecodeDevicesAndEnumerations)
                                             "\n"
                                             "Timecode devices\n"
                                             "  LTC\n"
+                                            "  CD\n"
                                             "  Simulated\n"
                                             "\n"
                                             "Enumerations\n"
@@ -42,6 +43,7 @@ TEST(HwctlList, HasTheSameAsJson)
     const auto json = nlohmann::json::parse(run.out);
     EXPECT_EQ(json["midiPorts"], nlohmann::json({"Show Control", "Stage Keyboard"}));
     EXPECT_EQ(json["timecodeDevices"], nlohmann::json({{{"type", 1}, {"name", "LTC"}},
+                                                       {{"type", 4}, {"name", "CD"}},
                                                        {{"type", 5}, {"name", "Simulated"}}}));
     ASSERT_EQ(json["networks"].size(), 2U);
     EXPECT_EQ(json["networks"][1], nlohmann::json({{"network", "fixture"},

@@ -30,6 +30,7 @@ typedef std::function<int()> Action;
 void AddBacklightCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddLightsCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddLinksCommand(CLI::App& app, const CommonOptions& options, Action& action);
+void AddCdCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddListCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddLtcCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& action);

@@ -10,6 +10,7 @@
 #include "hardware/midi/device.h"
 #include "hardware/timecode/enumerations.h"
 #include "hardware/wing_mapper.h"
+#include "hwctl/cd_facts.h"
 #include "hwctl/command.h"
 #include "hwctl/event_printer.h"
 #include "hwctl/exit_code.h"
@@ -27,8 +28,8 @@ namespace
 {
 
 /// Timecode device classes that the library has.
-constexpr Hardware::TimecodeType TimecodeDevices[] = {Hardware::TimecodeType_Ltc,
-                                                      Hardware::TimecodeType_Simulated};
+constexpr Hardware::TimecodeType TimecodeDevices[] = {
+    Hardware::TimecodeType_Ltc, Hardware::TimecodeType_Cd, Hardware::TimecodeType_Simulated};
 
 std::string GetText(const xtti::type_reg& type, int value)
 {
@@ -119,6 +120,7 @@ nlohmann::json GetInventory()
             {"wings", GetWings()},
             {"ltcBoards", GetLtcBoards()},
             {"networks", GetNetworks()},
+            {"cdDrive", GetCdDrive()},
             {"timecodeDevices", GetTimecodeDevices()},
             {"enumerations", GetEnumerations()}};
 }
@@ -149,6 +151,7 @@ void PrintText(const nlohmann::json& inventory)
                     network["text"].get_ref<const std::string&>().c_str());
     if (inventory["networks"].empty())
         std::puts("  none");
+    std::printf("\nCD drive\n  %s\n", DescribeCdDrive(inventory["cdDrive"]).c_str());
     std::puts("\nTimecode devices");
     for (const auto& device : inventory["timecodeDevices"])
         std::printf("  %s\n", device["name"].get_ref<const std::string&>().c_str());
@@ -169,7 +172,8 @@ void AddListCommand(CLI::App& app, const CommonOptions& options, Action& action)
     auto json = std::make_shared<bool>(false);
     CLI::App* const command = app.add_subcommand(
         "list",
-        "List MIDI ports, wings, LTC boards, networks, timecode device types and registered "
+        "List MIDI ports, wings, LTC boards, networks, the CD drive, timecode device types and "
+        "registered "
         "enumerations");
     command->add_flag("--json", *json, "Print JSON, one object");
     command->callback([json, &options, &action] {

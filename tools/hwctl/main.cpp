@@ -113,6 +113,7 @@ int Run(int argc, char** argv)
     AddBacklightCommand(app, options, action);
     AddLightsCommand(app, options, action);
     AddLinksCommand(app, options, action);
+    AddCdCommand(app, options, action);
     AddListCommand(app, options, action);
     AddLtcCommand(app, options, action);
     AddMonitorCommand(app, options, action);

@@ -58,6 +58,8 @@ Monitor::Monitor(const MonitorOptions& options, std::FILE* out)
         AddWings();
     if (options.networks)
         m_networks = std::make_unique<NetworkWatch>(MakeWidgetTaker(false));
+    if (options.cd)
+        AddCd();
 }
 
 Monitor::~Monitor()
@@ -144,8 +146,16 @@ void Monitor::AddWings()
 {
     m_wings = std::make_unique<WingWatch>(MakeWidgetTaker(true), m_options.echo);
     m_ltc = std::make_unique<LtcWatch>(
-        MakeWidgetTaker(false),
-        [this](unsigned board, const Frame& frame) { PostBoardFrame(board, frame); });
+        MakeWidgetTaker(false), [this](unsigned board, const Frame& frame) {
+            PostForeignFrame("timecode ltc " + std::to_string(board), board, frame);
+        });
+}
+
+void Monitor::AddCd()
+{
+    m_cd = std::make_unique<CdWatch>(MakeWidgetTaker(false), [this](const Frame& frame) {
+        PostForeignFrame(CdSource, 0, frame);
+    });
 }
 
 void Monitor::WatchDesk(const Desk::WidgetBus& bus)
@@ -153,16 +163,17 @@ void Monitor::WatchDesk(const Desk::WidgetBus& bus)
     m_desk = std::make_unique<DeskWatch>(bus, MakeWidgetTaker(false));
 }
 
-void Monitor::PostBoardFrame(unsigned board, const Frame& frame)
+/// A frame of a source that is not the monitor's own, and of which it so does not know what is due.
+void Monitor::PostForeignFrame(const std::string& source, unsigned number, const Frame& frame)
 {
     const double seconds = GetSeconds();
-    m_queue.Post([this, board, frame, seconds] {
+    m_queue.Post([this, source, number, frame, seconds] {
         ++m_frames;
-        const auto last = m_boardSeconds.find(board);
-        const bool newSecond = last == m_boardSeconds.end() || last->second != frame.seconds;
-        m_boardSeconds[board] = frame.seconds;
+        const auto last = m_foreignSeconds.find(source);
+        const bool newSecond = last == m_foreignSeconds.end() || last->second != frame.seconds;
+        m_foreignSeconds[source] = frame.seconds;
         if (!m_options.hideFrames || newSecond)
-            PrintFrame("timecode ltc " + std::to_string(board), board, frame, seconds);
+            PrintFrame(source, number, frame, seconds);
     });
 }
 
@@ -244,6 +255,8 @@ void Monitor::StartDevices()
         m_networks->Start();
     if (m_networkPlayer)
         m_networkPlayer->Start();
+    if (m_cd)
+        m_cd->Start();
     if (m_player)
         m_player->Start();
     if (m_widgetPlayer)
@@ -258,6 +271,8 @@ void Monitor::StopDevices()
         m_player->Stop();
     if (m_networks)
         m_networks->Stop();
+    if (m_cd)
+        m_cd->Stop();
     if (m_wings) {
         m_ltc->Stop();
         m_wings->Stop();

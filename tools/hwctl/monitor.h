@@ -13,6 +13,7 @@
 #include "common/timecode_source.h"
 #include "hardware/midi/device.h"
 #include "hardware/timecode/device_sim.h"
+#include "hwctl/cd_watch.h"
 #include "hwctl/desk_watch.h"
 #include "hwctl/event_printer.h"
 #include "hwctl/event_queue.h"
@@ -32,6 +33,7 @@ struct MonitorOptions {
     std::vector<Tools::TimecodeSource> sources; ///< simulated timecode to run
     bool wings = false;                         ///< watch wings and LTC boards
     bool networks = false;                      ///< watch networks and work the link lights
+    bool cd = false;                            ///< watch the CD drive
     bool echo = false;                          ///< a pressed button lights its LED
     std::optional<double> seconds;              ///< ends after so long
     std::optional<unsigned> frames;             ///< ends after so many frames of every source
@@ -78,8 +80,10 @@ private:
     void AddPort(const std::string& name);
     void AddSource(unsigned number, const Tools::TimecodeSource& source);
     void AddWings();
+    void AddCd();
     EventTaker MakeWidgetTaker(bool counts);
-    void PostBoardFrame(unsigned board, const Hardware::Timecode::Frame& frame);
+    void PostForeignFrame(const std::string& source, unsigned number,
+                          const Hardware::Timecode::Frame& frame);
     void PrintFrame(const std::string& source, unsigned number,
                     const Hardware::Timecode::Frame& frame, double seconds);
     void Post(MonitorEvent event, std::size_t messages, std::size_t bytes);
@@ -110,7 +114,7 @@ private:
     std::size_t m_bytes = 0;
     std::size_t m_frames = 0;
     std::size_t m_wingSignals = 0;
-    std::map<unsigned, std::int32_t> m_boardSeconds; // last second printed, by board
+    std::map<std::string, std::int32_t> m_foreignSeconds; // last second printed, by source
 
     // Last, so that their threads end before what they report to.
     std::vector<std::unique_ptr<Hardware::Midi::Device>> m_devices;
@@ -118,6 +122,7 @@ private:
     std::unique_ptr<WingWatch> m_wings;
     std::unique_ptr<LtcWatch> m_ltc;
     std::unique_ptr<NetworkWatch> m_networks;
+    std::unique_ptr<CdWatch> m_cd;
     std::unique_ptr<DeskWatch> m_desk;
 };
 

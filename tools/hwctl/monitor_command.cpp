@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "common/port_name.h"
+#include "hwctl/cd_facts.h"
 #include "hwctl/command.h"
 #include "hwctl/exit_code.h"
 #include "hwctl/monitor.h"
@@ -23,6 +24,8 @@ struct Arguments {
     std::string work;
     std::string workNetwork;
     std::string ltc;
+    std::string disc;
+    bool cd = false;
     bool echo = false;
     bool noWait = false;
     double seconds = 0;
@@ -60,6 +63,7 @@ int RunMonitor(const CommonOptions& common, const Arguments& arguments, bool has
     options.json = arguments.json;
     options.wings = true;
     options.networks = true;
+    options.cd = arguments.cd || !arguments.disc.empty();
     options.echo = arguments.echo;
     options.hideClock = Contains(arguments.hide, "clock");
     options.hideFrames = Contains(arguments.hide, "frames");
@@ -83,7 +87,7 @@ int RunMonitor(const CommonOptions& common, const Arguments& arguments, bool has
     for (const std::string& port : arguments.ports)
         if (!Contains(present, port.c_str()))
             throw CommandError("MIDI port '" + port + "' not found");
-    if (options.ports.empty() && options.sources.empty() && !devices)
+    if (options.ports.empty() && options.sources.empty() && !options.cd && !devices)
         throw CommandError(
             "nothing to monitor: no MIDI port was found and no timecode is simulated");
     std::unique_ptr<WidgetPlayer> widgetPlayer;
@@ -103,6 +107,10 @@ int RunMonitor(const CommonOptions& common, const Arguments& arguments, bool has
         monitor.WatchDesk(devices->GetBus());
     if (!arguments.ltc.empty())
         devices->PlayTimecode(arguments.ltc);
+    if (options.cd && devices) {
+        devices->GetCdDrive().Insert(MakeVirtualDisc(arguments.disc));
+        CdPlayer().Play();
+    }
     const int code = monitor.Run();
     if (devices)
         devices->StopTimecode();
@@ -145,6 +153,12 @@ void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& acti
     command
         ->add_option("--ltc", arguments->ltc,
                      "Timecode audio to play into the virtual LTC board; needs --virtual")
+        ->check(needsVirtual);
+    command->add_flag("--cd", arguments->cd,
+                      "Watch the CD drive too; a virtual one begins to play");
+    command
+        ->add_option("--disc", arguments->disc,
+                     "The same with the disc of a CUE sheet in the virtual drive; needs --virtual")
         ->check(needsVirtual);
     command->add_flag("--echo", arguments->echo, "Light a button's LED for as long as it is held");
     CLI::Option* const seconds =

@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "desk/audio_file.h"
+#include "hwctl/cd_facts.h"
 #include "hwctl/command_error.h"
 #include "standalone/platform_settings.h"
 
@@ -37,8 +38,10 @@ std::vector<Desk::WidgetData> ReadWidgets(const std::string& file)
 
 } // namespace
 
-VirtualDevices::VirtualDevices(const std::string& widgetFile) : m_sequencer(m_testbed)
+VirtualDevices::VirtualDevices(const std::string& widgetFile)
+    : m_sequencer(m_testbed), m_cd(m_testbed)
 {
+    m_cd.Insert(MakeVirtualDisc(""));
     for (const char* const name : {"Stage Keyboard", "Show Control"})
         m_ports.push_back(std::make_unique<Desk::MidiPort>(m_testbed, m_sequencer, name));
     for (const Desk::WidgetData& data : ReadWidgets(widgetFile))

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "desk/cd_drive.h"
 #include "desk/kernel_testbed.h"
 #include "desk/ltc_player.h"
 #include "desk/midi_port.h"
@@ -17,8 +18,8 @@
 namespace Hwctl
 {
 
-/// The devices that --virtual works on: a test bed with two MIDI ports, a bus with widgets, and the
-/// network adapters that the platform is to have.
+/// The devices that --virtual works on: a test bed with two MIDI ports and a CD drive that has a
+/// disc, a bus with widgets, and the network adapters that the platform is to have.
 class VirtualDevices
 {
 public:
@@ -34,6 +35,7 @@ public:
     Desk::MidiPort& GetFirstPort() { return *m_ports.front(); }
 
     Desk::KernelTestbed& GetTestbed() { return m_testbed; }
+    Desk::CdDrive& GetCdDrive() { return m_cd; }
     Desk::WidgetBus& GetBus() { return m_bus; }
     const Desk::WidgetBus& GetBus() const { return m_bus; }
     Desk::VirtualNetwork& GetNetwork() { return m_network; }
@@ -51,6 +53,7 @@ private:
     Desk::KernelTestbed m_testbed;
     Desk::Sequencer m_sequencer;
     std::vector<std::unique_ptr<Desk::MidiPort>> m_ports;
+    Desk::CdDrive m_cd;
     Desk::WidgetBus m_bus;
     Desk::VirtualNetwork m_network;
     std::unique_ptr<Desk::LtcPlayer> m_ltc; // plays into the bus

@@ -10,6 +10,7 @@
 #include "error_text.h"
 #include "flatpanel_controller/serial_log.h"
 #include "source_site.h"
+#include "system_call.h"
 
 namespace Hardware
 {
@@ -36,15 +37,6 @@ const Speed* FindSpeed(int baud)
         if (speed.baud == baud)
             return &speed;
     return nullptr;
-}
-
-/// Makes a system call again for as long as a signal interrupts it.
-template <class Call> auto Repeat(Call call)
-{
-    auto result = call();
-    while (result == -1 && errno == EINTR)
-        result = call();
-    return result;
 }
 
 } // namespace

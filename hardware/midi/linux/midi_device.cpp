@@ -20,6 +20,7 @@
 #include "hardware/midi/msc_com_format.h"
 #include "metatype_registration.h"
 #include "midi/linux/midi_device_impl.h"
+#include "signal_cleanup.h"
 #include "source_site.h"
 
 namespace
@@ -166,22 +167,7 @@ void HandleSignal(int signal)
     errno = error;
 }
 
-/// Takes the handler away when the library is unloaded, so that it does not point into nowhere.
-class HandlerCleanup
-{
-public:
-    HandlerCleanup() = default;
-    ~HandlerCleanup()
-    {
-        struct sigaction current {
-        };
-        if (sigaction(SIGUSR1, nullptr, &current) == 0 && current.sa_handler == &HandleSignal)
-            std::signal(SIGUSR1, SIG_DFL);
-    }
-    HandlerCleanup(const HandlerCleanup&) = delete;
-    HandlerCleanup& operator=(const HandlerCleanup&) = delete;
-};
-const HandlerCleanup g_handlerCleanup;
+const Hardware::SignalCleanup g_handlerCleanup(SIGUSR1, &HandleSignal);
 
 } // namespace
 

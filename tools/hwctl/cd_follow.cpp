@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "hwctl/cd_follow.h"
+
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTimer>
+#include <chrono>
+#include <cmath>
+
+#include "hwctl/cd_watch.h"
+#include "hwctl/event_queue.h"
+#include "hwctl/stop_signals.h"
+
+namespace Hwctl
+{
+
+namespace
+{
+
+/// How often the drive is asked whether it still plays.
+constexpr std::chrono::milliseconds CheckInterval(250);
+
+} // namespace
+
+std::size_t FollowCd(const CdPlayer& player, double seconds, EventPrinter& printer)
+{
+    QEventLoop loop;
+    EventQueue queue;
+    QElapsedTimer clock;
+    std::size_t frames = 0;
+    clock.start();
+    const StopSignals signals([&loop] { loop.quit(); });
+    const auto getSeconds = [&clock] { return static_cast<double>(clock.nsecsElapsed()) / 1e9; };
+    // Last, so that its thread ends before what it reports to.
+    CdWatch watch([](const MonitorEvent&) {},
+                  [&](const Hardware::Timecode::Frame& frame) {
+                      queue.Post([&, frame, now = getSeconds()] {
+                          ++frames;
+                          printer.Print({now,
+                                         CdSource,
+                                         "frameRead",
+                                         frame.toString(),
+                                         {{"number", 0},
+                                          {"hours", frame.hours},
+                                          {"minutes", frame.minutes},
+                                          {"seconds", frame.seconds},
+                                          {"frames", frame.frames},
+                                          {"dropFrame", frame.dropFrame}}});
+                      });
+                  });
+    QTimer check;
+    QObject::connect(&check, &QTimer::timeout, &loop, [&] {
+        if (player.GetStatus() == CdPlayer::Status_Stopped)
+            loop.quit();
+    });
+    check.start(CheckInterval);
+    if (seconds > 0)
+        QTimer::singleShot(std::chrono::milliseconds(std::llround(seconds * 1000)), &loop,
+                           &QEventLoop::quit);
+    watch.Start();
+    loop.exec();
+    watch.Stop();
+    queue.Drain();
+    return frames;
+}
+
+} // namespace Hwctl
