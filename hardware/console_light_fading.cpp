@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hardware/console_light_fading.h"
 
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <optional>
@@ -44,6 +45,9 @@ constexpr unsigned ApplicationObject = 3;
 // The drawer's switch on the desk playback section.
 constexpr unsigned short DrawerPart = 75;
 constexpr unsigned short DrawerMaster = 0;
+
+/// Set on the thread that steps the fades.
+thread_local bool t_isFadingThread = false;
 
 Os::Log::Context& LogContext()
 {
@@ -152,13 +156,18 @@ void ConsoleLightFading::End()
     constexpr ConsoleLightId PutOut[] = {WhiteDeskLight, WorkLight, BlueDeskLight,
                                          KeyboardDrawerLight};
     ConsoleLights& lights = ConsoleLights::Get();
-    Get().reset();
-    for (const ConsoleLightId id : PutOut)
+    ConsoleLightFading& fading = Get();
+    fading.reset();
+    fading.AwaitPass();
+    std::array<unsigned, ConsoleLightCount> steps{};
+    for (const ConsoleLightId id : PutOut) {
+        steps[id] = fading.m_steps[id];
         lights.set(id, 0);
-    Get().end_thread();
-    // A step that was on its way may have lit one again.
+    }
+    fading.end_thread();
+    // A step that a slot held up came later and has lit it again.
     for (const ConsoleLightId id : PutOut)
-        if (lights.get(id) != 0)
+        if (fading.m_steps[id] != steps[id])
             lights.set(id, 0);
 }
 
@@ -217,6 +226,16 @@ void ConsoleLightFading::reset()
         fade.duration = 0;
 }
 
+/// Behind reset(): waits for the step that may be on its way, so that what is set now stays. Not
+/// without end, since a slot may hold the step up, and not for itself.
+void ConsoleLightFading::AwaitPass() const
+{
+    constexpr unsigned LookMilliseconds = 2;
+    constexpr unsigned MostLooks = 1000;
+    for (unsigned looks = 0; m_isStepping && !t_isFadingThread && looks < MostLooks; ++looks)
+        Os::Thread::Sleep(LookMilliseconds);
+}
+
 void ConsoleLightFading::activate()
 {
     m_wake.Set();
@@ -224,6 +243,7 @@ void ConsoleLightFading::activate()
 
 unsigned int ConsoleLightFading::Run(void* /*argument*/)
 {
+    t_isFadingThread = true;
     const bool isConsole = Os::Platform::IsConsole();
     while (!Get().m_stopRequested) {
         const bool isAnyRunning = Get().StepAll(isConsole);
@@ -243,11 +263,13 @@ unsigned int ConsoleLightFading::Run(void* /*argument*/)
 bool ConsoleLightFading::StepAll(bool isConsole)
 {
     bool isAnyRunning = false;
+    m_isStepping = true; // before a fade is looked at, so that AwaitPass() misses none
     for (unsigned id = 0; id < ConsoleLightCount; ++id) {
         // Only a console has backlights; fades of others' stay as they are.
         if (id > CenterBacklight || isConsole)
             isAnyRunning = Step(static_cast<ConsoleLightId>(id)) || isAnyRunning;
     }
+    m_isStepping = false;
     return isAnyRunning;
 }
 
@@ -266,6 +288,7 @@ bool ConsoleLightFading::Step(ConsoleLightId id)
     fade.elapsed += StepMilliseconds;
     // The target itself is never told, on purpose: the last step falls short of it.
     Q_EMIT fade_light(id, level);
+    ++m_steps[id];
     return true;
 }
 
@@ -396,6 +419,7 @@ void ConsoleLightFading::FadeWorkLights()
 void ConsoleLightFading::save_screen_reset()
 {
     reset();
+    AwaitPass();
     ConsoleLights& lights = ConsoleLights::Get();
     if (Os::Platform::IsConsole())
         lights.set(CenterBacklight, MessageMapper::GetBacklightCenter());

@@ -52,7 +52,10 @@ std::unique_ptr<UmWidget> MakeWidget(const WidgetMapData& data)
 
 } // namespace
 
-ConsoleThings::ConsoleThings() : m_lock(ExpectedReaders) {}
+ConsoleThings::ConsoleThings() : m_lock(ExpectedReaders)
+{
+    ConsoleLights::Get(); // made here, so that it outlives the object: wings that come ask it
+}
 
 ConsoleThings::~ConsoleThings() = default;
 

@@ -184,6 +184,32 @@ TEST(MessageDelivery, ADestroyedTargetsMessagesAreDropped)
     EXPECT_THAT(log, ElementsAre("filter 1"));
 }
 
+TEST(MessageDelivery, WhatIsPostedToOneThatIsGoneIsDropped)
+{
+    Texts log;
+    auto gone = std::make_unique<Handler>("gone", log);
+    const Gut::TargettedMessage message(*gone, Gut::TargettedMessageType_Default, 0);
+    gone.reset();
+    Os::Post(message, 32); // by somebody who does not know yet
+    Standalone::DeliverMessages();
+    EXPECT_THAT(log, IsEmpty());
+}
+
+TEST(MessageDelivery, OutlivesTheApplication)
+{
+    Texts log;
+    const Handler filter("filter", log);
+    {
+        const Application application;
+        Os::Post(MakeMessage(1), 3);
+    }
+    Os::Post(MakeMessage(2), 3);
+    EXPECT_THAT(log, IsEmpty());
+    const Application next;
+    RunLoop();
+    EXPECT_THAT(log, ElementsAre("filter 1", "filter 2"));
+}
+
 TEST(MessageDelivery, AFilterMayDestroyTheNextOne)
 {
     Texts log;

@@ -164,6 +164,16 @@ TEST_F(LightSettingsFile, IsRefusedWholeWhereAnythingIsWrong)
     EXPECT_EQ(ReadFile(), before);
 }
 
+TEST_F(LightSettingsFile, IsRefusedWithSettingsThatAreNone)
+{
+    Write("[General]\nled=5\n");
+    EXPECT_EQ(Standalone::UseLightSettingsFile(m_file),
+              "'" + m_file + "': no setting is called led");
+    Write("[Lights]\nleds=5\n");
+    EXPECT_EQ(Standalone::UseLightSettingsFile(m_file),
+              "'" + m_file + "': no setting is called Lights/leds");
+}
+
 TEST_F(LightSettingsFile, IsRefusedWhereItIsNone)
 {
     Write("[General\n\nno settings\n");
@@ -184,6 +194,8 @@ TEST_F(LightSettingsFile, OneThatCannotBeWrittenIsLogged)
     EXPECT_THAT(log.GetTexts(),
                 ElementsAre("Cannot write the light settings to '" + impossible + "'"));
     EXPECT_FALSE(MessageMapper::GetWorklightOn()); // holds all the same
+    EXPECT_FALSE(Standalone::SetLightSettings(MakeOthers()));
+    EXPECT_EQ(Standalone::GetLightSettings(), MakeOthers());
 }
 
 TEST(LightSettingsMessage, TellsOfChangesToFadeToOrToShowAtOnce)

@@ -18,6 +18,7 @@
 #include "hardware/vex4_backlight.h"
 #include "standalone/fatal_handler.h"
 #include "standalone/platform_settings.h"
+#include "support/log_capture.h"
 #include "widget/widget_factory.h"
 #include "widget/widget_manager.h"
 #include "widget/wings.h"
@@ -221,11 +222,81 @@ TEST_F(ConsoleThingsTest, CapabilitiesAreAskedOnce)
 {
     Begin();
     Desk::VirtualWidget& wing = Add("PlaybackWing");
+    Desk::VirtualWidget& programmer = Add("Vex4DeskProgrammer");
     wing.ClearLog();
+    programmer.ClearLog();
     SupportAll();
+    m_settings.isConsole = true;
     Standalone::ConfigurePlatform(m_settings);
-    ConsoleThings::Get().change_level(VentLight, 0x8000);
+    for (const ConsoleLightId id :
+         {LeftBacklight, KeyboardDrawerLight, VentLight, WorkLight, BlueDeskLight, WhiteDeskLight})
+        ConsoleThings::Get().change_level(id, 0x8000);
     EXPECT_THAT(GetOutputs(wing), IsEmpty());
+    EXPECT_THAT(GetOutputs(programmer), IsEmpty());
+    EXPECT_EQ(m_memory.CountOpened(), 0);
+}
+
+TEST_F(ConsoleThingsTest, TwoOfOneModelAreTwo)
+{
+    Begin();
+    Desk::VirtualWidget& first = Add("PlaybackWing", L"a");
+    Desk::VirtualWidget& second = Add("PlaybackWing", L"b");
+    first.ClearLog();
+    second.ClearLog();
+    ConsoleThings::Get().change_level(WingLeds, 0x8000);
+    EXPECT_THAT(GetOutputs(first), ElementsAre("dimmer 1 128"));
+    EXPECT_THAT(GetOutputs(second), ElementsAre("dimmer 1 128"));
+    second.Unplug();
+    ConsoleThings::Get().change_level(WingLeds, 0x4000);
+    EXPECT_THAT(GetOutputs(first), ElementsAre("dimmer 1 128", "dimmer 1 64"));
+}
+
+TEST_F(ConsoleThingsTest, TwoModelsAtOnePlaceAreTwo)
+{
+    Begin();
+    Add("PlaybackWing", L"place");
+    const auto before =
+        *WidgetManager::GetClassMapData(GUID_DEVINTERFACE_QRTUMPLAYBACKWING).begin();
+    Desk::WidgetBus other; // takes the first one's place
+    Desk::VirtualWidget& wing = other.Add({"Vex4Pixi", 1, L"place"});
+    ConsoleThings::Get().wing_removed(before);
+    wing.ClearLog();
+    ConsoleThings::Get().change_level(WingLeds, 0x8000);
+    EXPECT_THAT(GetOutputs(wing), ElementsAre("dimmer 1 128"));
+}
+
+TEST_F(ConsoleThingsTest, WingsAreServedInTheOrderTheyCame)
+{
+    Begin();
+    Texts order;
+    const QObject context;
+    std::vector<Desk::VirtualWidget*> wings;
+    for (const wchar_t* const path : {L"c", L"a", L"d", L"b"}) {
+        Desk::VirtualWidget& wing = Add("PlaybackWing", path);
+        wings.push_back(&wing);
+        QObject::connect(
+            &wing, &Desk::VirtualWidget::dimmerChanged, &context,
+            [&order, path] { order.emplace_back(1, static_cast<char>(*path)); },
+            Qt::DirectConnection);
+    }
+    ConsoleThings::Get().change_level(WingLeds, 0x8000);
+    EXPECT_THAT(order, ElementsAre("c", "a", "d", "b"));
+    wings[1]->Unplug();
+    order.clear();
+    ConsoleThings::Get().change_level(WingLeds, 0x4000);
+    EXPECT_THAT(order, ElementsAre("c", "d", "b"));
+    wings[1]->Plug();
+    order.clear();
+    ConsoleThings::Get().change_level(WingLeds, 0x2000);
+    EXPECT_THAT(order, ElementsAre("c", "d", "b", "a"));
+}
+
+TEST_F(ConsoleThingsTest, LevelsOutliveTheOutputs)
+{
+    // Whoever asks for the outputs first; wings that come while the process ends ask for levels.
+    const TestSupport::LogCapture log;
+    ConsoleThings::Get();
+    EXPECT_EQ(log.Count("Console lights init"), 1U);
 }
 
 TEST_F(ConsoleThingsTest, OneThatIsToldTwiceIsListedOnce)

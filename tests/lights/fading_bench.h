@@ -51,7 +51,13 @@ protected:
             Qt::DirectConnection);
         QObject::connect(
             &fading, &ConsoleLightFading::sleep_wing, &m_context,
-            [this](bool sleeps) { m_sleeps.push_back(sleeps); }, Qt::DirectConnection);
+            [this](bool sleeps) {
+                m_sleeps.push_back(sleeps);
+                m_setsAtSleep = CountSets();
+                const std::lock_guard hold(m_mutex);
+                m_changesAtSleep = m_changes.size();
+            },
+            Qt::DirectConnection);
         QObject::connect(&fading, &ConsoleLightFading::fade_light, &ConsoleLights::Get(),
                          &ConsoleLights::set, Qt::DirectConnection);
         QObject::connect(
@@ -85,6 +91,8 @@ protected:
     std::vector<bool> TakeSleeps() { return std::exchange(m_sleeps, {}); }
 
     Standalone::PlatformSettings m_settings;
+    std::size_t m_setsAtSleep = 0;    // of the event, when wings were last told to sleep or wake
+    std::size_t m_changesAtSleep = 0; // of levels
 
 private:
     Steps Take(Steps& list)

@@ -114,7 +114,9 @@ TEST_F(FadingLife, TheStartBringsTheLightsUp)
     expect(WorkLight, 40, 40, 100);
     expect(CenterBacklight, 50, 50, 100);
     TakeChanges();
+    const std::size_t sets = CountSets();
     Start();
+    EXPECT_EQ(CountSets() - sets, 2U); // one of them for a thread from before
     FinishFades();
     Fades fades;
     for (const auto& [id, level] : TakeChanges())
@@ -257,9 +259,8 @@ TEST_F(FadingLife, AStepOnItsWayDoesNotLightWhatTheEndPutOut)
         },
         Qt::DirectConnection);
     Standalone::ConfigurePlatform(m_settings);
+    ConsoleLights::Get().set(WorkLight, Percent(60));
     ConsoleLightFading::Begin();
-    ConsoleLightFading::Get().set(WorkLight, Percent(60), Percent(60), 3000);
-    ConsoleLightFading::Get().activate();
     // The first wake may come too early, which is accepted.
     std::future<void> stepping = isStepping.get_future();
     while (stepping.wait_for(std::chrono::milliseconds(10)) != std::future_status::ready)
@@ -270,6 +271,66 @@ TEST_F(FadingLife, AStepOnItsWayDoesNotLightWhatTheEndPutOut)
                                            Pair(BlueDeskLight, 0), Pair(KeyboardDrawerLight, 0),
                                            Pair(WorkLight, Percent(60)), Pair(WorkLight, 0)));
     EXPECT_EQ(wing.GetDimmer(4), 0);
+}
+
+TEST_F(FadingLife, AStepThatIsBeingShownDoesNotLightWhatTheEndPutOut)
+{
+    const Desk::VirtualWidget& wing = Add("Vex4DeskPlayback");
+    std::promise<void> isShown;
+    std::promise<void> goOn;
+    bool isFirst = true;
+    ConsoleLights::Get().set(WorkLight, Percent(60));
+    const QObject context;
+    // Stored, and not yet on the wings.
+    QObject::connect(
+        &ConsoleLights::Get(), &ConsoleLights::level_change, &context,
+        [&](ConsoleLightId id) {
+            if (id == WorkLight && std::exchange(isFirst, false)) {
+                isShown.set_value();
+                goOn.get_future().wait();
+            }
+        },
+        Qt::DirectConnection);
+    Standalone::ConfigurePlatform(m_settings);
+    ConsoleLightFading::Begin();
+    std::future<void> shown = isShown.get_future();
+    while (shown.wait_for(std::chrono::milliseconds(10)) != std::future_status::ready)
+        ConsoleLightFading::Get().activate();
+    auto end = std::async(std::launch::async, [] { ConsoleLightFading::End(); });
+    EXPECT_EQ(end.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
+    goOn.set_value();
+    end.wait();
+    EXPECT_EQ(ConsoleLights::Get().get(WorkLight), 0U);
+    EXPECT_EQ(wing.GetDimmer(4), 0);
+}
+
+TEST_F(FadingLife, NothingHearsOfTheDrawerUnlessTheApplicationSays)
+{
+    Desk::VirtualWidget& wing = Add("Vex4DeskPlayback");
+    wing.CloseDrawer();
+    Start();
+    FinishFades();
+    WingMapper::Begin();
+    const std::size_t sets = CountSets();
+    TakeChanges();
+    wing.OpenDrawer();
+    EXPECT_EQ(CountSets(), sets);
+    EXPECT_THAT(TakeChanges(), IsEmpty());
+    WingMapper::End();
+}
+
+TEST(FadingExit, TheProcessMayEndInTheMiddleOfAFade)
+{
+    EXPECT_EXIT(
+        {
+            ConsoleLightFading& fading = ConsoleLightFading::Get();
+            fading.init_thread();
+            WaitForWaits(1);
+            fading.set(WorkLight, 0, Percent(100), 6000);
+            Wake([] { ConsoleLightFading::Get().activate(); });
+            std::exit(0);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 namespace

@@ -117,6 +117,7 @@ TEST(FadingRounds, NoStartOrEndHangsWhateverGoesOn)
     application.join();
     hands.join();
     // And still all is as it should be.
+    ConsoleLightFading::Get().reset();
     ConsoleLightFading::Begin();
     ConsoleLights::Get().set(WingLeds, 0x00640000);
     EXPECT_EQ(desk.GetDimmer(1), 255);

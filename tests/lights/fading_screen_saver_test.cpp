@@ -2,6 +2,10 @@
 
 // The screen saver, and the keyboard drawer.
 
+#include <chrono>
+#include <future>
+#include <utility>
+
 #include "lights/fading_table.h"
 
 namespace
@@ -36,6 +40,7 @@ TEST_F(ScreenSaver, DimsTheConsoleAndLightsTheDeskInBlue)
         const std::size_t sets = CountSets();
         Fading().save_screen_activate();
         EXPECT_EQ(CountSets() - sets, 1U);
+        EXPECT_EQ(m_setsAtSleep - sets, 1U); // wings last
         EXPECT_THAT(TakeSleeps(), ElementsAre(true));
         // In blue whatever the colour that is chosen, and nothing for the left and right display.
         Fades expected{{WhiteDeskLight, GetLevels(Percent(5), 0, 3000)},
@@ -76,6 +81,7 @@ TEST_F(ScreenSaver, ItsEndBringsEverythingBackAtOnce)
         expected.emplace_back(KeyboardDrawerLight, all.Drawer());
         expected.emplace_back(VentLight, Percent(50));
         EXPECT_EQ(TakeChanges(), expected);
+        EXPECT_EQ(m_changesAtSleep, expected.size()); // wings last
         EXPECT_EQ(GetNewPreferences(), (Levels{{WorkLight, all.Work()}, {VentLight, Percent(50)}}));
         EXPECT_EQ(ConsoleLights::Get().get_preference_state(KeyboardDrawerLight), !all.isEnabled);
         EXPECT_THAT(TakeSleeps(), ElementsAre(false));
@@ -101,6 +107,52 @@ TEST_F(ScreenSaver, FadesAreStoppedBeforeAnythingIsSet)
         Qt::DirectConnection);
     Fading().save_screen_reset();
     EXPECT_FALSE(isFirst);
+}
+
+TEST_F(ScreenSaver, AStepOnItsWayDoesNotDimWhatItsEndBroughtBack)
+{
+    SetUp(Combination(Combination::Count - 1));
+    std::promise<void> isStepping;
+    std::promise<void> goOn;
+    bool isFirst = true;
+    const QObject context;
+    // Between the level that is stored and the lights that show it.
+    QObject::connect(
+        &ConsoleLights::Get(), &ConsoleLights::level_change, &context,
+        [&](ConsoleLightId id) {
+            if (id == CenterBacklight && std::exchange(isFirst, false)) {
+                isStepping.set_value();
+                goOn.get_future().wait();
+            }
+        },
+        Qt::DirectConnection);
+    Fading().save_screen_activate();
+    isStepping.get_future().wait();
+    auto end = std::async(std::launch::async, [] { Fading().save_screen_reset(); });
+    EXPECT_EQ(end.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
+    goOn.set_value();
+    end.wait();
+    EXPECT_EQ(ConsoleLights::Get().get(CenterBacklight), Percent(30));
+    EXPECT_THAT(RunFades()[CenterBacklight].size(), testing::Le(1U));
+    EXPECT_EQ(ConsoleLights::Get().get(CenterBacklight), Percent(30));
+}
+
+TEST_F(ScreenSaver, ItsEndInAStepDoesNotWaitForItself)
+{
+    SetUp(Combination(Combination::Count - 1));
+    bool isFirst = true;
+    const QObject context;
+    QObject::connect(
+        &Fading(), &ConsoleLightFading::fade_light, &context,
+        [&isFirst] {
+            if (std::exchange(isFirst, false))
+                Fading().save_screen_reset();
+        },
+        Qt::DirectConnection);
+    Fading().set(WingLeds, 0, 0, 100);
+    RunFades();
+    EXPECT_FALSE(isFirst);
+    EXPECT_EQ(ConsoleLights::Get().get(CenterBacklight), Percent(30));
 }
 
 TEST_F(KeyboardDrawer, LightsWhenItIsOpenedAndFollowsTheWorkLightOtherwise)

@@ -198,6 +198,21 @@ TEST_F(FadingSteps, AResetInTheMiddleOfAPassHoldsForTheRestOfIt)
     EXPECT_THAT(RunAll(), ElementsAre(Pair(WingLeds, 1)));
 }
 
+TEST_F(FadingSteps, AFadeThatASlotRewritesBeginsAtItsBegin)
+{
+    StartThread();
+    bool isFirst = true;
+    const QObject context;
+    QObject::connect(
+        &Fading(), &ConsoleLightFading::fade_light, &context,
+        [&isFirst] {
+            if (std::exchange(isFirst, false))
+                Fading().set(WorkLight, 0x00280000, 0x00500000, 100);
+        },
+        Qt::DirectConnection);
+    EXPECT_THAT(Run(WorkLight, 7, 7, 3000), ElementsAre(7, 0x00280000, 0x003C0000));
+}
+
 TEST_F(FadingSteps, StepsAreToldOnTheFadingThread)
 {
     StartThread();
@@ -240,7 +255,7 @@ TEST_F(FadingSteps, TheNewThreadEndsTheOneBefore)
     EXPECT_THAT(Run(WorkLight, 1, 1, 100), ElementsAre(1, 1)); // not twice
 }
 
-// The design accepts it: the next activate() makes up for it.
+// Accepted: the next activate() makes up for it.
 TEST_F(FadingSteps, AWakeDuringAPassThatFoundNothingIsLost)
 {
     StartThread();

@@ -155,6 +155,9 @@ TEST_F(HwctlLights, TakeTheSettingsOfAFile)
     const auto none = Run({"--virtual", "lights", "--settings", m_folder.path().toStdString()});
     EXPECT_EQ(none.exitCode, 1);
     EXPECT_THAT(none.err, StartsWith("hwctl: cannot read the light settings in '"));
+    const auto mistyped = Run({"--virtual", "lights", "--settings", file + "x"});
+    EXPECT_EQ(mistyped.exitCode, 1);
+    EXPECT_EQ(mistyped.err, "hwctl: there is no '" + file + "x'\n");
 }
 
 TEST_F(HwctlLights, VirtualOnesLeaveTheUsersSettingsAlone)
@@ -196,6 +199,20 @@ TEST_F(HwctlSettings, LightsFollowWhereAsked)
     EXPECT_THAT(run.out, HasSubstr("  light VentLight       100.0 %\n"));
     EXPECT_THAT(run.out, HasSubstr("  light VentLight       10.0 %\n"));
     EXPECT_THAT(run.out, HasSubstr("posted to 3: 22 11 1\n"));
+}
+
+TEST_F(HwctlSettings, VirtualOnesLeaveTheUsersAlone)
+{
+    const auto run = Run({"--virtual", "settings", "vent=10"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_THAT(run.out, HasSubstr("\nkept nowhere\n"));
+    EXPECT_FALSE(std::ifstream(m_file).good());
+}
+
+TEST_F(HwctlSettings, AreShownInWaysThatGoTogether)
+{
+    EXPECT_EQ(Run({"--virtual", "settings", "--show"}).exitCode, 2);
+    EXPECT_EQ(Run({"--virtual", "settings", "vent=5", "--show", "--json"}).exitCode, 2);
 }
 
 TEST_F(HwctlSettings, ThatCannotBeKeptAreAFailure)

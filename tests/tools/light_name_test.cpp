@@ -36,6 +36,9 @@ TEST(LightName, MayBeCutAsLongAsItIsOne)
     EXPECT_EQ(ParseLight("white"), Hardware::WhiteDeskLight);
     EXPECT_EQ(ParseLight("WORK"), Hardware::WorkLight);
     EXPECT_EQ(ParseLight("wingleds"), Hardware::WingLeds);
+    EXPECT_EQ(ParseLight("Centre"), Hardware::CenterBacklight);
+    EXPECT_EQ(ParseLight("drawer"), Hardware::KeyboardDrawerLight);
+    EXPECT_EQ(ParseLight("leds"), Hardware::WingLeds);
     EXPECT_EQ(GetProblem("w").substr(0, 40), "'w' is not one light; there are LeftBack");
     EXPECT_EQ(GetProblem("DeskProgrammerDimmer").substr(0, 22), "'DeskProgrammerDimmer'");
     EXPECT_THAT(GetProblem(""), testing::StartsWith("'' is not one light"));

@@ -58,6 +58,13 @@ TEST(LightStep, FadesToALevel)
     EXPECT_EQ(step.milliseconds, 2500U);
 }
 
+TEST(LightStep, SetsALevelThatIsToFadeTooFast)
+{
+    EXPECT_EQ(LightStep::Parse("vent=5/0").kind, LightStep::Kind::Set);
+    EXPECT_EQ(LightStep::Parse("vent=5/0.05").kind, LightStep::Kind::Set);
+    EXPECT_EQ(LightStep::Parse("vent=5/0.051").kind, LightStep::Kind::Fade);
+}
+
 TEST(LightStep, Waits)
 {
     const LightStep step = LightStep::Parse("wait=0.05");

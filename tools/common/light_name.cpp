@@ -5,8 +5,8 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <stdexcept>
+#include <utility>
 
 namespace Tools
 {
@@ -31,6 +31,12 @@ constexpr std::array<const char*, Hardware::ConsoleLightCount> Names{"LeftBackli
                                                                      "DeskProgrammerDimmer7",
                                                                      "DeskProgrammerDimmer8"};
 
+/// What the light settings call some of them.
+constexpr std::array<std::pair<const char*, ConsoleLightId>, 3> OtherNames{
+    {{"centre", Hardware::CenterBacklight},
+     {"drawer", Hardware::KeyboardDrawerLight},
+     {"leds", Hardware::WingLeds}}};
+
 constexpr double FixedOne = 0x10000;
 constexpr double FullPercent = 100;
 
@@ -52,6 +58,9 @@ const char* GetLightName(ConsoleLightId id)
 ConsoleLightId ParseLight(const std::string& text)
 {
     const std::string wanted = ToLower(text);
+    for (const auto& [name, id] : OtherNames)
+        if (wanted == name)
+            return id;
     std::string all;
     std::size_t found = Names.size();
     int count = 0;
@@ -82,9 +91,12 @@ uires16 ParseLevel(const std::string& text)
 
 std::string FormatLevel(uires16 level)
 {
+    // With a point whatever the user's locale.
     std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%.1f %%", level / FixedOne);
-    return text.data();
+    char* const end = std::to_chars(text.data(), text.data() + text.size(), level / FixedOne,
+                                    std::chars_format::fixed, 1)
+                          .ptr;
+    return std::string(text.data(), end) + " %";
 }
 
 std::string FormatBar(uires16 level, unsigned width)

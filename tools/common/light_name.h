@@ -12,7 +12,8 @@ namespace Tools
 const char* GetLightName(Hardware::ConsoleLightId id);
 
 /// The light of a name, in whatever case, or of a beginning that no other light has, such as
-/// "white". Throws std::invalid_argument with all names for anything else.
+/// "white"; also centre, drawer and leds, as the settings call them. Throws std::invalid_argument
+/// with all names for anything else.
 Hardware::ConsoleLightId ParseLight(const std::string& text);
 
 /// Level in percent, 0 to 100. Throws std::invalid_argument for anything else.

@@ -2,7 +2,7 @@
 #include "common/light_setting.h"
 
 #include <array>
-#include <cstdio>
+#include <charconv>
 #include <stdexcept>
 #include <variant>
 
@@ -35,9 +35,13 @@ constexpr std::array<Setting, 12> Settings{{{"left", &LightSettings::backlightLe
 
 std::string FormatPercent(uires16 level)
 {
+    // With a point whatever the user's locale.
+    constexpr int Digits = 6;
     std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%g", level / double(0x10000));
-    return text.data();
+    char* const end = std::to_chars(text.data(), text.data() + text.size(), level / double(0x10000),
+                                    std::chars_format::general, Digits)
+                          .ptr;
+    return {text.data(), end};
 }
 
 bool ParseSwitch(const std::string& text)

@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr double MostSeconds = 3600;
+constexpr unsigned ShortestFade = 50; // milliseconds
 
 typedef LightStep::Kind Kind;
 constexpr std::array<std::pair<const char*, Kind>, 11> Words{{{"start", Kind::Start},
@@ -71,8 +72,10 @@ LightStep LightStep::Parse(const std::string& text)
     const std::size_t slash = value.find('/');
     step.level = ParseLevel(value.substr(0, slash));
     if (slash != std::string::npos) {
-        step.kind = Kind::Fade;
         step.milliseconds = ParseMilliseconds(value.substr(slash + 1));
+        // A fade has a step for each 50 ms, and its target is not among them.
+        if (step.milliseconds > ShortestFade)
+            step.kind = Kind::Fade;
     }
     return step;
 }

@@ -10,7 +10,8 @@ namespace Tools
 
 /// One thing to do with the lights, as somebody writes it in one word:
 ///
-/// - "LIGHT=LEVEL": at once; "LIGHT=LEVEL/SECONDS": by a fade from where the light is
+/// - "LIGHT=LEVEL": at once; "LIGHT=LEVEL/SECONDS": by a fade from where the light is,
+///   unless that is too short for one
 /// - "start", "end": the console's start and end; "reset": stops all fades
 /// - "key": the work-light key
 /// - "sleep", "wake": the screen saver; "open", "close": the keyboard drawer

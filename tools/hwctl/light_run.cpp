@@ -31,8 +31,10 @@ using Hardware::WingMapper;
 using Tools::LightStep;
 
 /// Fades step every 50 ms; nothing for so long means that none runs.
-constexpr qint64 StillMilliseconds = 500;
+constexpr qint64 StillMilliseconds = 700;
 constexpr int LookMilliseconds = 50;
+/// How often a thread that may just be falling asleep is woken for a fade.
+constexpr int MostWakes = 5;
 constexpr unsigned BarWidth = 40;
 
 // The application's message of a pressed key, and the key's code.
@@ -50,6 +52,13 @@ void Announce(bool fade)
 {
     Standalone::AnnounceLightSettings(fade);
     Standalone::DeliverMessages();
+}
+
+bool MayFade(LightStep::Kind kind)
+{
+    using Kind = LightStep::Kind;
+    return kind == Kind::Fade || kind == Kind::Start || kind == Kind::Sleep || kind == Kind::Open ||
+           kind == Kind::Close || kind == Kind::Change;
 }
 
 ConsoleLightId ToLight(unsigned number)
@@ -109,7 +118,11 @@ void LightRun::WatchLevels()
 {
     QObject::connect(
         &ConsoleLightFading::Get(), &ConsoleLightFading::fade_light, &m_context,
-        [this] { m_lastStep = m_clock.elapsed(); }, Qt::DirectConnection);
+        [this] {
+            m_lastStep = m_clock.elapsed();
+            ++m_steps;
+        },
+        Qt::DirectConnection);
     if (m_show == Show::Bars)
         return;
     QObject::connect(
@@ -148,7 +161,10 @@ void LightRun::Run(const std::vector<LightStep>& steps)
     for (const LightStep& step : steps) {
         if (m_isInterrupted)
             return;
+        const unsigned steps = m_steps;
         Do(step);
+        if (MayFade(step.kind))
+            WakeUntilItSteps(steps);
         if (step.kind != LightStep::Kind::Wait && step.kind != LightStep::Kind::Settle) {
             done += (done.empty() ? "" : " ") + step.text;
         } else if (m_show == Show::Bars) {
@@ -178,6 +194,7 @@ void LightRun::Do(const LightStep& step)
         break;
     case LightStep::Kind::End:
         ConsoleLightFading::End();
+        fading.init_thread(); // for what comes behind
         break;
     case LightStep::Kind::Reset:
         fading.reset();
@@ -205,6 +222,16 @@ void LightRun::Do(const LightStep& step)
     case LightStep::Kind::Settle:
         Settle();
         break;
+    }
+}
+
+/// A wake is lost on a thread that is about to fall asleep, which a new one is.
+void LightRun::WakeUntilItSteps(unsigned steps)
+{
+    for (int wakes = 0; m_steps == steps && wakes < MostWakes && !m_isInterrupted; ++wakes) {
+        Wait(LookMilliseconds);
+        if (m_steps == steps)
+            ConsoleLightFading::Get().activate();
     }
 }
 

@@ -46,6 +46,7 @@ private:
     void Start();
     void WatchLevels();
     void Do(const Tools::LightStep& step);
+    void WakeUntilItSteps(unsigned steps);
     void MoveDrawer(bool open);
     void Wait(unsigned milliseconds);
     void Settle();
@@ -60,6 +61,7 @@ private:
     QElapsedTimer m_clock;
     std::vector<QMetaObject::Connection> m_connections; // until the console's start makes its own
     std::atomic<qint64> m_lastStep{0}; // milliseconds of the clock, of a fade's last step
+    std::atomic<unsigned> m_steps{0};  // of fades
     EventQueue m_queue;
     QEventLoop m_loop;
     bool m_isInterrupted = false;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <QFileInfo>
 #include <memory>
 
 #include "hwctl/command.h"
@@ -28,6 +29,9 @@ int RunLights(const CommonOptions& options, const Arguments& arguments)
     // Virtual lights leave the user's settings alone, unless told which file.
     if (!arguments.settings.empty() || !options.useVirtual)
         UseSettings(arguments.settings);
+    if (!arguments.settings.empty() &&
+        !QFileInfo::exists(QString::fromStdString(arguments.settings)))
+        throw CommandError("there is no '" + arguments.settings + "'");
     // Outlive the backlight controller, which lives until the process ends.
     static const auto devices =
         options.useVirtual ? std::make_unique<VirtualDevices>(options.widgetFile) : nullptr;

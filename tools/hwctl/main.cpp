@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QCoreApplication>
+#include <clocale>
 #include <cstdio>
 #include <exception>
 
@@ -93,6 +94,8 @@ int RunAction(const CommonOptions& options, const Action& action, int argc, char
     }
     SetUpPlatform(options);
     const QCoreApplication application(argc, argv);
+    // Qt takes the user's locale; numbers are printed as they are read, with a point.
+    std::setlocale(LC_NUMERIC, "C");
     try {
         SetUpLog(options.logSink, options.logMasks);
         return action();

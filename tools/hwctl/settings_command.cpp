@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include <QDir>
-#include <QFileInfo>
 #include <QStandardPaths>
 #include <cstdio>
 #include <memory>
@@ -57,8 +55,9 @@ void PrintSettings(const std::string& file, bool json)
         std::printf("%s\n", ToLine(object).c_str());
 }
 
+/// False when they could not be kept.
 /// The lights go from the settings as they were to those that are set.
-void ShowLights(const CommonOptions& options, const Standalone::LightSettings& settings,
+bool ShowLights(const CommonOptions& options, const Standalone::LightSettings& settings,
                 bool atOnce)
 {
     // Outlive the backlight controller, which lives until the process ends.
@@ -67,28 +66,34 @@ void ShowLights(const CommonOptions& options, const Standalone::LightSettings& s
     static const auto displays =
         devices ? std::make_unique<VirtualDisplays>(devices->GetTestbed()) : nullptr;
     LightRun run(LightRun::Show::Changes, devices.get(), displays.get());
-    Standalone::SetLightSettings(settings);
+    const bool areKept = Standalone::SetLightSettings(settings);
     run.Run({Tools::LightStep::Parse(atOnce ? "apply" : "change")});
     run.Print();
+    return areKept;
 }
 
 int RunSettings(const CommonOptions& options, const Arguments& arguments)
 {
-    const std::string file = UseSettings(arguments.file);
+    // Virtual lights leave the user's settings alone, unless told which file.
+    const bool hasFile = !arguments.file.empty() || !options.useVirtual;
+    const std::string file = hasFile ? UseSettings(arguments.file) : "kept nowhere";
+    if (arguments.show && arguments.changes.empty())
+        throw std::invalid_argument("--show needs a change to show");
     Standalone::LightSettings settings = Standalone::GetLightSettings();
     for (const std::string& change : arguments.changes)
         Tools::ChangeLightSetting(settings, change);
     if (!arguments.changes.empty()) {
         if (!arguments.json)
             Standalone::SetPostObserver(PrintMessage);
+        bool areKept = true;
         if (arguments.show) {
-            ShowLights(options, settings, arguments.atOnce);
+            areKept = ShowLights(options, settings, arguments.atOnce);
         } else {
-            Standalone::SetLightSettings(settings);
+            areKept = Standalone::SetLightSettings(settings);
             Standalone::AnnounceLightSettings(!arguments.atOnce);
             Standalone::DeliverMessages();
         }
-        if (!QFileInfo(QString::fromStdString(file)).isWritable())
+        if (!areKept)
             throw CommandError("cannot write the light settings to '" + file + "'");
     }
     PrintSettings(file, arguments.json);
@@ -117,11 +122,13 @@ void AddSettingsCommand(CLI::App& app, const CommonOptions& options, Action& act
     command->add_option("change", arguments->changes,
                         "NAME=VALUE: a level from 0 to 100, or on and off; the list shows the "
                         "names");
-    command->add_option("--settings", arguments->file, "The file; the user's own if not given");
+    command->add_option("--settings", arguments->file,
+                        "The file; the user's own if not given, and none with --virtual");
     command->add_flag("--at-once", arguments->atOnce, "Tell of a change to be shown without fades");
-    command->add_flag("--show", arguments->show,
-                      "Have the lights follow, and print every level on its way");
-    command->add_flag("--json", arguments->json, "Print the settings as one JSON object");
+    CLI::Option* const show = command->add_flag(
+        "--show", arguments->show, "Have the lights follow, and print every level on its way");
+    command->add_flag("--json", arguments->json, "Print the settings as one JSON object")
+        ->excludes(show);
     command->callback([arguments, &options, &action] {
         action = [arguments, &options] { return RunSettings(options, *arguments); };
     });

@@ -8,7 +8,7 @@
 ///
 /// Levels are percentages, 0 to 100.0. A controller that lacks a side answers for it as if all were
 /// well: setters do nothing and return true, frequency getters return 0. Calls are not serialised
-/// here; any thread may call, but two threads should not work the same side at once.
+/// here; any thread may call. Where two threads set the same side at once, one of the levels holds.
 class HARDWARE_EXPORT AbstractBacklight
 {
 public:

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <array>
 #include <atomic>
 #include <memory>
 #include <vector>
@@ -41,8 +42,8 @@ public:
 
     /// Connects levels to the lights that show them, the first time, starts the fading thread and
     /// brings the lights up. Only in the primary instance of the application. To be called behind
-    /// WingMapper::Begin(), since the drawer's switch is asked once; not on the widget driver's
-    /// thread.
+    /// WingMapper::Begin(), since the drawer's switch is asked once, of a wing that should not be
+    /// pulled out in that moment; not on the widget driver's thread.
     static void Begin();
     /// Puts out the desk lights, the work light and the drawer's light at once, whatever is fading,
     /// and ends the thread. Only in the primary instance. To be called before the process ends.
@@ -85,6 +86,7 @@ private:
     static unsigned int Run(void* argument);
     bool StepAll(bool isConsole);
     bool Step(ConsoleLightId id);
+    void AwaitPass() const;
     void Fade(ConsoleLightId id, uires16 to, unsigned int duration_ms);
     void FadeWhereDifferent(ConsoleLightId id, uires16 to, unsigned int duration_ms);
     bool ToggleWorkLight();
@@ -100,6 +102,8 @@ private:
     Os::Event m_wake;
     std::atomic<bool> m_keyboardDrawerOpen{false};
     std::atomic<bool> m_isConnected{false};
+    std::atomic<bool> m_isStepping{false};                          // the thread is in a pass
+    std::array<std::atomic<unsigned>, ConsoleLightCount> m_steps{}; // made of each light's fades
 };
 
 } // namespace Hardware

@@ -7,8 +7,8 @@
 /// mapped from /dev/mem.
 ///
 /// Each register stands at two alternative places, of which a console has one; both are always
-/// written. A register is a 32-bit word that is read, changed and written back without a lock, so
-/// two threads should not set the same one at once.
+/// written. A register is a 32-bit word that is read, changed and written back without a lock;
+/// of two threads that set the same one at once, one wins.
 ///
 /// Brightness register: duty cycle in bits 8 to 15, enable in bit 0. Frequency register: the
 /// frequency's field in bits 20 to 27. All other bits stay as they are.

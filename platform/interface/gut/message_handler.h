@@ -11,7 +11,7 @@ namespace Gut
 class PLATFORM_EXPORT MessageHandler
 {
 public:
-    MessageHandler() = default;
+    MessageHandler();
     /// Takes it off the list of filters and drops messages for it. A call that is running on the
     /// application's thread is waited for; destroy it there, or where no call can be running, since
     /// by now the derived class is gone.

@@ -42,6 +42,11 @@ TargettedMessage::TargettedMessage(const MessageHandler& target, TargettedMessag
 
 TargettedMessage::~TargettedMessage() = default;
 
+MessageHandler::MessageHandler()
+{
+    Standalone::PostOffice::Get().Welcome(*this);
+}
+
 MessageHandler::~MessageHandler()
 {
     Standalone::PostOffice::Get().Forget(*this);

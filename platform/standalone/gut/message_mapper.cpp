@@ -2,6 +2,7 @@
 #include "message_mapper.h"
 
 #include <QSettings>
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -63,19 +64,21 @@ Os::Log::Context& LogContext()
 }
 
 /// The caller holds the lock. What cannot be saved holds until the process ends.
-void Save()
+bool Save()
 {
     if (File().empty())
-        return;
+        return true;
     QSettings file(QString::fromStdString(File()), QSettings::IniFormat);
     for (const auto& [name, level] : Levels)
         file.setValue(name, Settings.*level / FixedOne);
     for (const auto& [name, isOn] : Switches)
         file.setValue(name, Settings.*isOn);
     file.sync();
-    if (file.status() != QSettings::NoError)
-        OS_LOG(LogContext(), Os::Log::Error, SourceFile,
-               "Cannot write the light settings to '" << File() << "'");
+    if (file.status() == QSettings::NoError)
+        return true;
+    OS_LOG(LogContext(), Os::Log::Error, SourceFile,
+           "Cannot write the light settings to '" << File() << "'");
+    return false;
 }
 
 /// Reads a level in percent; false for what is none.
@@ -89,6 +92,13 @@ bool ReadLevel(const QSettings& file, const char* name, uires16& level)
         return false;
     level = static_cast<uires16>(std::lround(percent * FixedOne));
     return true;
+}
+
+bool IsSetting(const QString& key)
+{
+    const auto isIt = [&key](const auto& field) { return key == field.first; };
+    return std::any_of(Levels.begin(), Levels.end(), isIt) ||
+           std::any_of(Switches.begin(), Switches.end(), isIt);
 }
 
 bool ReadSwitch(const QSettings& file, const char* name, bool& isOn)
@@ -116,11 +126,11 @@ LightSettings GetLightSettings()
     return Settings;
 }
 
-void SetLightSettings(const LightSettings& settings)
+bool SetLightSettings(const LightSettings& settings)
 {
     const std::lock_guard hold(Mutex);
     Settings = settings;
-    Save();
+    return Save();
 }
 
 std::string UseLightSettingsFile(const std::string& file)
@@ -134,6 +144,9 @@ std::string UseLightSettingsFile(const std::string& file)
     if (source.status() != QSettings::NoError)
         return "cannot read the light settings in '" + file + "'";
     LightSettings read = Settings;
+    for (const QString& key : source.allKeys())
+        if (!IsSetting(key))
+            return "'" + file + "': no setting is called " + key.toStdString();
     const auto complain = [&file](const char* name) {
         return "'" + file + "': " + name + " is not what it should be";
     };

@@ -14,17 +14,19 @@ namespace Standalone
 namespace
 {
 
-/// Has the thread of an application's object deliver what is waiting.
-void WakeApplication()
+void ForgetApplication()
 {
-    // Without an application there is no thread for it yet: it waits.
-    if (QCoreApplication* const application = QCoreApplication::instance())
-        QMetaObject::invokeMethod(
-            application, [] { PostOffice::Get().Deliver(); }, Qt::QueuedConnection);
+    PostOffice::Get().SetApplication(nullptr);
 }
 
-// What was posted before the application was made.
-Q_COREAPP_STARTUP_FUNCTION(WakeApplication)
+void TakeApplication()
+{
+    qAddPostRoutine(ForgetApplication);
+    PostOffice::Get().SetApplication(QCoreApplication::instance());
+}
+
+// As soon as there is an application, which may have been made before or after the library came.
+Q_COREAPP_STARTUP_FUNCTION(TakeApplication)
 
 } // namespace
 
@@ -32,6 +34,29 @@ PostOffice& PostOffice::Get()
 {
     static PostOffice* const office = new PostOffice;
     return *office;
+}
+
+void PostOffice::SetApplication(QCoreApplication* application)
+{
+    const std::lock_guard hold(m_mutex);
+    m_application = application;
+    if (!m_waiting.empty()) // posted before there was one
+        WakeApplication();
+}
+
+/// Has the application's thread deliver what is waiting; without one it waits. The caller holds the
+/// lock, so that the application does not go meanwhile.
+void PostOffice::WakeApplication()
+{
+    if (m_application)
+        QMetaObject::invokeMethod(
+            m_application, [] { PostOffice::Get().Deliver(); }, Qt::QueuedConnection);
+}
+
+void PostOffice::Welcome(const Gut::MessageHandler& handler)
+{
+    const std::lock_guard hold(m_mutex);
+    m_handlers.insert(&handler);
 }
 
 void PostOffice::SetObserver(PostObserver observer)
@@ -50,6 +75,7 @@ void PostOffice::AddFilter(Gut::MessageHandler& handler)
 void PostOffice::Forget(const Gut::MessageHandler& handler)
 {
     std::unique_lock hold(m_mutex);
+    m_handlers.erase(&handler);
     std::erase(m_filters, &handler);
     std::erase_if(m_waiting, [&handler](const Gut::Message& message) {
         return message.GetTarget() == &handler;
@@ -70,10 +96,11 @@ void PostOffice::Post(const Gut::Message& message, unsigned systemObject)
     }
     if (observer)
         observer(message, systemObject);
-    {
-        const std::lock_guard hold(m_mutex);
-        m_waiting.push_back(message);
-    }
+    const std::lock_guard hold(m_mutex);
+    // For one that is gone or going: whoever posts may not know yet.
+    if (message.GetTarget() && !m_handlers.contains(message.GetTarget()))
+        return;
+    m_waiting.push_back(message);
     WakeApplication();
 }
 

@@ -4,11 +4,14 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <set>
 #include <thread>
 #include <vector>
 
 #include "gut/message_handler.h"
 #include "standalone/messages.h"
+
+class QCoreApplication;
 
 namespace Standalone
 {
@@ -21,6 +24,9 @@ public:
     static PostOffice& Get();
 
     void SetObserver(PostObserver observer);
+    void SetApplication(QCoreApplication* application);
+    /// A handler was made: it may be sent messages.
+    void Welcome(const Gut::MessageHandler& handler);
     void AddFilter(Gut::MessageHandler& handler);
     /// Forgets a handler; waits for a call to it that another thread makes.
     void Forget(const Gut::MessageHandler& handler);
@@ -34,6 +40,7 @@ private:
     };
 
     PostOffice() = default;
+    void WakeApplication();
     void DeliverOne(const Gut::Message& message);
     bool Begin(const Gut::MessageHandler& handler);
     void End();
@@ -41,6 +48,8 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_returned;
     PostObserver m_observer; // guarded by m_mutex, as all below
+    QCoreApplication* m_application = nullptr;
+    std::set<const Gut::MessageHandler*> m_handlers; // that live
     std::deque<Gut::Message> m_waiting;
     std::vector<Gut::MessageHandler*> m_filters;
     std::vector<Call> m_calls; // of the delivering thread, innermost last

@@ -31,10 +31,12 @@ struct LightSettings {
 
 PLATFORM_EXPORT LightSettings GetLightSettings();
 /// Replaces the settings, and the file's content where there is one. Announces nothing.
-PLATFORM_EXPORT void SetLightSettings(const LightSettings& settings);
+/// @return false when the file could not be written; the settings hold all the same
+PLATFORM_EXPORT bool SetLightSettings(const LightSettings& settings);
 
 /// Reads the settings from a file and keeps them there from now on: an INI file with levels in
-/// percent. What it does not have stays as it is. An empty name keeps them nowhere.
+/// percent. What it does not have stays as it is; what is no setting is wrong. An empty name keeps
+/// them nowhere.
 /// @return an empty text, or what is wrong with the file; then nothing has changed
 PLATFORM_EXPORT std::string UseLightSettingsFile(const std::string& file);
 
