@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "hwctl/network_player.h"
 
-#include <QTimer>
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -16,15 +15,31 @@ NetworkPlayer::NetworkPlayer(Tools::NetworkScript script, Desk::VirtualNetwork& 
     : m_script(std::move(script)), m_network(network)
 {
     network.SetWaiting(false);
+    m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { Go(); });
 }
 
 void NetworkPlayer::Start()
 {
+    m_clock.start();
+    Go();
+}
+
+/// Does what is due and waits for the next.
+void NetworkPlayer::Go()
+{
     constexpr double Longest = 2e6; // a timer counts milliseconds in 32 bits
-    for (const Tools::NetworkScript::Step& step : m_script.GetSteps())
-        QTimer::singleShot(
-            std::chrono::milliseconds(std::llround(std::min(step.seconds, Longest) * 1000)),
-            Qt::PreciseTimer, &m_context, [this, &step] { Do(step); });
+    const auto& steps = m_script.GetSteps();
+    for (; m_next < steps.size(); ++m_next) {
+        const double seconds =
+            std::min(steps[m_next].seconds, Longest) - static_cast<double>(m_clock.elapsed()) / 1e3;
+        if (seconds > 0) {
+            m_timer.start(std::chrono::milliseconds(std::llround(std::ceil(seconds * 1000))));
+            return;
+        }
+        Do(steps[m_next]);
+    }
 }
 
 void NetworkPlayer::Do(const Tools::NetworkScript::Step& step)

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QObject>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <cstddef>
 
 #include "common/network_script.h"
 
@@ -22,12 +24,15 @@ public:
     bool HasFailed() const { return m_hasFailed; }
 
 private:
+    void Go();
     void Do(const Tools::NetworkScript::Step& step);
 
     const Tools::NetworkScript m_script;
     Desk::VirtualNetwork& m_network;
     bool m_hasFailed = false;
-    QObject m_context; // last: what is still to come ends with it
+    std::size_t m_next = 0;
+    QElapsedTimer m_clock;
+    QTimer m_timer;
 };
 
 } // namespace Hwctl

@@ -43,7 +43,7 @@ private:
         Callback* callback;
     };
     struct Running {
-        const Callback* callback;
+        const Callback* callback = nullptr;
         std::thread::id thread;
     };
 

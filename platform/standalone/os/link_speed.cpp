@@ -24,7 +24,7 @@ constexpr std::uint64_t BitsPerMegabit = 1000000;
 /// the kernel has, which must be told to it exactly.
 union Request {
     ethtool_link_settings settings;
-    std::array<std::uint32_t, sizeof(ethtool_link_settings) / sizeof(std::uint32_t) + 3U * 127U>
+    std::array<std::uint32_t, sizeof(ethtool_link_settings) / sizeof(std::uint32_t) + 3UL * 127UL>
         room;
 };
 
