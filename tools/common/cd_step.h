@@ -24,7 +24,7 @@ struct CdStep {
         Follow ///< for so many seconds; 0 for without end
     };
 
-    Verb verb;
+    Verb verb = Verb::Status;
     int number = 0;
     double seconds = 0;
 };

@@ -54,9 +54,11 @@ std::size_t FollowCd(const CdPlayer& player, double seconds, EventPrinter& print
             loop.quit();
     });
     check.start(CheckInterval);
+    QTimer end;
+    end.setSingleShot(true);
+    QObject::connect(&end, &QTimer::timeout, &loop, &QEventLoop::quit);
     if (seconds > 0)
-        QTimer::singleShot(std::chrono::milliseconds(std::llround(seconds * 1000)), &loop,
-                           &QEventLoop::quit);
+        end.start(std::chrono::milliseconds(std::llround(seconds * 1000)));
     watch.Start();
     loop.exec();
     watch.Stop();
