@@ -161,10 +161,10 @@ void LightRun::Run(const std::vector<LightStep>& steps)
     for (const LightStep& step : steps) {
         if (m_isInterrupted)
             return;
-        const unsigned steps = m_steps;
+        const unsigned stepsBefore = m_steps;
         Do(step);
         if (MayFade(step.kind))
-            WakeUntilItSteps(steps);
+            WakeUntilItSteps(stepsBefore);
         if (step.kind != LightStep::Kind::Wait && step.kind != LightStep::Kind::Settle) {
             done += (done.empty() ? "" : " ") + step.text;
         } else if (m_show == Show::Bars) {
