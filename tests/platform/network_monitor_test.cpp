@@ -318,7 +318,9 @@ TEST_F(NetworkMonitorTest, RegisteringDoesNotWaitForARunningCall)
     EXPECT_TRUE(Monitor().Unregister(L"eth0", All, &sleeper)); // the last one: the thread is to end
     EXPECT_TRUE(Monitor().Register(L"eth0", 5, &m_recorder));
     m_network.SetUp(L"eth0");
-    EXPECT_THAT(m_recorder.GetCalls(), IsEmpty()); // one thread calls at a time
+    // One thread calls at a time. Time for a second one to call, which it must not.
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_THAT(m_recorder.GetCalls(), IsEmpty());
     EXPECT_FALSE(sleeper.HasLeft());
     sleeper.LetGo();
     m_network.Flush();
@@ -332,15 +334,17 @@ TEST_F(NetworkMonitorTest, UnregisteringACallbackWaitsForItsRunningCall)
     m_network.SetWaiting(false);
     m_network.SetDown(L"eth0");
     ASSERT_TRUE(sleeper.IsIn());
+    std::atomic<bool> hasBegun{false};
     std::atomic<bool> hasReturned{false};
     std::thread thread([&] {
+        hasBegun.store(true);
         Monitor().Unregister(&sleeper);
         EXPECT_TRUE(sleeper.HasLeft());
         hasReturned.store(true);
     });
-    // It has begun when the registration is gone.
-    EXPECT_TRUE(
-        TestSupport::WaitUntil([&] { return !Monitor().Unregister(L"eth0", 2, &sleeper); }));
+    EXPECT_TRUE(TestSupport::WaitUntil([&] { return hasBegun.load(); }));
+    // Time for one that does not wait to return; one that waits needs none.
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
     EXPECT_FALSE(hasReturned.load());
     sleeper.LetGo();
     thread.join();
