@@ -158,14 +158,13 @@ void ConsoleLightFading::End()
     ConsoleLights& lights = ConsoleLights::Get();
     ConsoleLightFading& fading = Get();
     fading.reset();
-    fading.AwaitPass();
     std::array<unsigned, ConsoleLightCount> steps{};
     for (const ConsoleLightId id : PutOut) {
         steps[id] = fading.m_steps[id];
         lights.set(id, 0);
     }
     fading.end_thread();
-    // A step that a slot held up came later and has lit it again.
+    // A step that was on its way came later and has lit it again.
     for (const ConsoleLightId id : PutOut)
         if (fading.m_steps[id] != steps[id])
             lights.set(id, 0);

@@ -7,10 +7,12 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <QTimer>
+#include <array>
 #include <atomic>
 #include <functional>
 #include <future>
 #include <memory>
+#include <new>
 #include <thread>
 
 #include "gut/application.h"
@@ -199,10 +201,12 @@ TEST(MessageDelivery, OutlivesTheApplication)
 {
     Texts log;
     const Handler filter("filter", log);
-    {
-        const Application application;
-        Os::Post(MakeMessage(1), 3);
-    }
+    // Spoilt when it is gone, so that nobody can use it unnoticed.
+    alignas(Application) std::array<unsigned char, sizeof(Application)> room{};
+    auto* const application = new (room.data()) Application;
+    Os::Post(MakeMessage(1), 3);
+    application->~Application();
+    room.fill(0xEE);
     Os::Post(MakeMessage(2), 3);
     EXPECT_THAT(log, IsEmpty());
     const Application next;

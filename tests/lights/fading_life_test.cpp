@@ -20,6 +20,7 @@
 #include "standalone/light_settings.h"
 #include "standalone/messages.h"
 #include "support/log_capture.h"
+#include "support/process_facts.h"
 
 namespace
 {
@@ -209,6 +210,7 @@ TEST_F(FadingLife, TheEndPutsFourLightsOutAtOnce)
 {
     const Desk::VirtualWidget& wing = Add("Vex4DeskPlayback");
     Start();
+    EXPECT_EQ(FindThreads("ConsoleLightFad").size(), 1U);
     ConsoleLightFading::Get().set(WingLeds, Percent(50), Percent(100), 6000);
     Wake([] { ConsoleLightFading::Get().activate(); });
     TakeChanges();
@@ -218,11 +220,7 @@ TEST_F(FadingLife, TheEndPutsFourLightsOutAtOnce)
     EXPECT_EQ(wing.GetDimmer(3), 0);
     EXPECT_EQ(wing.GetDimmer(4), 0);
     EXPECT_EQ(wing.GetDimmer(5), 0);
-    // The thread is gone.
-    const std::size_t waits = GetWaits().size();
-    ConsoleLightFading::Get().set(WorkLight, Percent(1), Percent(2), 100);
-    ConsoleLightFading::Get().activate();
-    EXPECT_EQ(GetWaits().size(), waits);
+    EXPECT_THAT(FindThreads("ConsoleLightFad"), IsEmpty());
 }
 
 TEST_F(FadingLife, AnEndWithoutAStartPutsThemOutToo)

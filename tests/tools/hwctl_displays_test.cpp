@@ -130,8 +130,9 @@ TEST(HwctlSerial, SendsAndPrintsWhatComesBack)
     EXPECT_EQ(run.err, "");
     ASSERT_GE(run.GetLines().size(), 5U);
     EXPECT_EQ(run.GetLines()[0], "/dev/ttyS2 open: 9600 baud, parity none, flow control none");
-    EXPECT_EQ(run.GetLines()[1], "18 bytes sent");
-    EXPECT_THAT(run.GetLines()[2], StartsWith("00000000  41 42 00 FF 30"));
+    // The first bytes may be back before the last ones are sent.
+    EXPECT_THAT(run.GetLines(), testing::Contains("18 bytes sent"));
+    EXPECT_THAT(run.GetLines(), testing::Contains(StartsWith("00000000  41 42 00 FF 30")));
     EXPECT_EQ(run.GetLines().back(), "18 bytes received");
 }
 

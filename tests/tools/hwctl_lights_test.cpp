@@ -99,9 +99,6 @@ TEST_F(HwctlLights, FollowTheirKeyTheScreenAndTheDrawer)
     const auto woken = Run({"--virtual", "lights", "sleep", "wait=0.1", "wake"});
     EXPECT_THAT(woken.out, HasSubstr("   9  WhiteDeskLight          100.0 %"));
     EXPECT_THAT(woken.out, Not(HasSubstr("asleep")));
-    const auto drawer =
-        Run({"--virtual", "lights", "--json", "drawer=0", "KeyboardDrawerLight=0", "open"});
-    EXPECT_EQ(drawer.exitCode, 2); // no such light
     const auto open = Run({"--virtual", "lights", "--json", "keyboard=0", "open"});
     EXPECT_EQ(GetLevels(open, 5).size(), 62U); // the settings', 0, and a fade of 3 s
 }
