@@ -152,6 +152,28 @@ TEST(MessageDelivery, RunsOnTheApplicationsThread)
     EXPECT_EQ(thread, std::this_thread::get_id());
 }
 
+TEST(MessageDelivery, LeavesTheLoopToOthersHoweverMuchIsPosted)
+{
+    const Application application;
+    Texts log;
+    Handler filter("filter", log);
+    bool hadTurn = false;
+    std::size_t messagesBefore = 0;
+    // One that never comes to an end by itself.
+    filter.action = [] { Os::Post(MakeMessage(1), 3); };
+    Os::Post(MakeMessage(1), 3);
+    QEventLoop loop;
+    QTimer::singleShot(0, &loop, [&] {
+        hadTurn = true;
+        messagesBefore = log.size();
+        filter.action = nullptr;
+        loop.quit();
+    });
+    loop.exec();
+    EXPECT_TRUE(hadTurn);
+    EXPECT_GE(messagesBefore, 1U);
+}
+
 TEST(MessageDelivery, WhatWasPostedBeforeTheApplicationIsDeliveredByItsLoop)
 {
     Texts log;

@@ -104,10 +104,11 @@ void PostOffice::Post(const Gut::Message& message, unsigned systemObject)
     WakeApplication();
 }
 
-void PostOffice::Deliver()
+bool PostOffice::Deliver()
 {
     std::unique_lock hold(m_mutex);
-    while (!m_waiting.empty()) {
+    // No more than that: what is posted meanwhile does not hold the thread.
+    for (std::size_t count = m_waiting.size(); count > 0 && !m_waiting.empty(); --count) {
         const Gut::Message message = m_waiting.front();
         m_waiting.pop_front();
         if (const Gut::MessageHandler* const target = message.GetTarget()) {
@@ -122,6 +123,7 @@ void PostOffice::Deliver()
         }
         hold.lock();
     }
+    return !m_waiting.empty();
 }
 
 /// Asks one filter after the other until one consumes it.
@@ -172,7 +174,8 @@ void SetPostObserver(PostObserver observer)
 
 void DeliverMessages()
 {
-    PostOffice::Get().Deliver();
+    while (PostOffice::Get().Deliver()) {
+    }
 }
 
 } // namespace Standalone

@@ -31,7 +31,8 @@ public:
     /// Forgets a handler; waits for a call to it that another thread makes.
     void Forget(const Gut::MessageHandler& handler);
     void Post(const Gut::Message& message, unsigned systemObject);
-    void Deliver();
+    /// Delivers what is waiting. True when more has come meanwhile.
+    bool Deliver();
 
 private:
     struct Call {

@@ -15,8 +15,9 @@ PLATFORM_EXPORT void SetApplicationId(int id);
 typedef std::function<void(const Gut::Message& message, unsigned systemObject)> PostObserver;
 PLATFORM_EXPORT void SetPostObserver(PostObserver observer);
 
-/// Delivers what is waiting, on the calling thread: for programs without an event loop. With one,
-/// a posted message is delivered by it, on the thread of the QCoreApplication.
+/// Delivers what is waiting, and what is posted meanwhile, on the calling thread: for programs
+/// without an event loop. With one, a posted message is delivered by it, on the thread of the
+/// QCoreApplication.
 PLATFORM_EXPORT void DeliverMessages();
 
 } // namespace Standalone
