@@ -88,6 +88,22 @@ void SetLedsAndLcds()
     ConsoleLights::Get().set(Lcds, MessageMapper::GetLcdLevel());
 }
 
+void Connect(ConsoleLightFading& confade, ConsoleLights& conlts, ConsoleThings& conthgs)
+{
+    // Blanks as they stand in the fatal texts; the numbers are the sites' own.
+    // clang-format off
+    OS_VERIFY_AT(QObject::connect( &conlts, SIGNAL(level_change( ConsoleLightId, uires16 )),
+                                   &conthgs, SLOT(change_level( ConsoleLightId, uires16 )), Qt::DirectConnection ),
+                 57, FatalSite);
+    OS_VERIFY_AT(QObject::connect( &confade, SIGNAL(fade_light( ConsoleLightId, uires16 )),
+                                   &conlts, SLOT(set( ConsoleLightId, uires16 )), Qt::DirectConnection ),
+                 63, FatalSite);
+    OS_VERIFY_AT(QObject::connect( &confade, SIGNAL(sleep_wing( bool )),
+                                   &conthgs, SLOT(wing_sleep( bool )), Qt::DirectConnection ),
+                 69, FatalSite);
+    // clang-format on
+}
+
 } // namespace
 
 ConsoleLightFading::ConsoleLightFading()
@@ -130,23 +146,6 @@ void ConsoleLightFading::Begin()
     for (const ConsoleLightId id : {KeyboardDrawerLight, WorkLight, CenterBacklight})
         confade.set(id, conlts.get(id), conlts.get(id), 100);
     confade.activate();
-}
-
-void ConsoleLightFading::Connect(ConsoleLightFading& confade, ConsoleLights& conlts,
-                                 ConsoleThings& conthgs)
-{
-    // Blanks as they stand in the fatal texts; the numbers are the sites' own.
-    // clang-format off
-    OS_VERIFY_AT(QObject::connect( &conlts, SIGNAL(level_change( ConsoleLightId, uires16 )),
-                                   &conthgs, SLOT(change_level( ConsoleLightId, uires16 )), Qt::DirectConnection ),
-                 57, FatalSite);
-    OS_VERIFY_AT(QObject::connect( &confade, SIGNAL(fade_light( ConsoleLightId, uires16 )),
-                                   &conlts, SLOT(set( ConsoleLightId, uires16 )), Qt::DirectConnection ),
-                 63, FatalSite);
-    OS_VERIFY_AT(QObject::connect( &confade, SIGNAL(sleep_wing( bool )),
-                                   &conthgs, SLOT(wing_sleep( bool )), Qt::DirectConnection ),
-                 69, FatalSite);
-    // clang-format on
 }
 
 void ConsoleLightFading::End()

@@ -71,6 +71,7 @@ unsigned Read(const unsigned* reg)
     return __atomic_load_n(static_cast<const volatile unsigned*>(reg), __ATOMIC_RELAXED);
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): the register is written by it
 void Write(unsigned* reg, unsigned word)
 {
     __atomic_store_n(static_cast<volatile unsigned*>(reg), word, __ATOMIC_RELAXED);

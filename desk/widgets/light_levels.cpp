@@ -14,6 +14,7 @@ namespace
 constexpr std::array<const char*, 9> ChannelNames{
     "LEDs",     "programmer LEDs", "blue desk light", "work light", "white desk light",
     "dimmer 6", "dimmer 7",        "dimmer 8",        "vent light"};
+constexpr std::uint8_t ChannelCount = ChannelNames.size();
 constexpr std::uint8_t WorkLightChannel = 4;
 
 const char* GetName(std::uint8_t channel, const std::string& model)
@@ -28,7 +29,7 @@ const char* GetName(std::uint8_t channel, const std::string& model)
 std::vector<LightLevel> GetLightLevels(const VirtualWidget& widget)
 {
     std::vector<LightLevel> levels;
-    for (std::uint8_t channel = 1; channel <= ChannelNames.size(); ++channel)
+    for (std::uint8_t channel = 1; channel <= ChannelCount; ++channel)
         if (const int level = widget.GetDimmer(channel); level >= 0)
             levels.push_back({GetName(channel, widget.GetData().model), level});
     if (const int level = widget.GetLcdBrightness(0); level >= 0)

@@ -63,6 +63,7 @@ void AddCommonOptions(CLI::App& app, CommonOptions& options)
 std::vector<std::wstring> Widen(const std::vector<std::string>& names)
 {
     std::vector<std::wstring> wide;
+    wide.reserve(names.size());
     for (const std::string& name : names)
         wide.push_back(Standalone::WidenAdapterName(name));
     return wide;
@@ -95,6 +96,7 @@ int RunAction(const CommonOptions& options, const Action& action, int argc, char
     SetUpPlatform(options);
     const QCoreApplication application(argc, argv);
     // Qt takes the user's locale; numbers are printed as they are read, with a point.
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread has begun
     std::setlocale(LC_NUMERIC, "C");
     try {
         SetUpLog(options.logSink, options.logMasks);

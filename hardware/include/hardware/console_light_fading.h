@@ -16,8 +16,6 @@
 namespace Hardware
 {
 
-class ConsoleThings;
-
 /// Brings the console's lights to what the user has set, with timed fades; dims them for the screen
 /// saver and brings them back; and lights the keyboard drawer when it is opened.
 ///
@@ -82,7 +80,6 @@ private:
     ConsoleLightFading();
     ~ConsoleLightFading() override;
 
-    static void Connect(ConsoleLightFading& confade, ConsoleLights& conlts, ConsoleThings& conthgs);
     static unsigned int Run(void* argument);
     bool StepAll(bool isConsole);
     bool Step(ConsoleLightId id);

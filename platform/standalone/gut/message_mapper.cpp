@@ -33,7 +33,7 @@ std::mutex Mutex;
 LightSettings Settings; // guarded by Mutex, as the file
 std::string& File()
 {
-    static std::string* const file = new std::string;
+    static auto* const file = new std::string;
     return *file;
 }
 

@@ -2,6 +2,7 @@
 #include "gut/post_office.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <algorithm>
 #include <utility>
 
@@ -14,15 +15,28 @@ namespace Standalone
 namespace
 {
 
+/// Lives on the application's thread; an event to it has messages delivered there.
+class Receiver : public QObject
+{
+public:
+    bool event(QEvent* event) override
+    {
+        if (event->type() != QEvent::User)
+            return QObject::event(event);
+        PostOffice::Get().Deliver();
+        return true;
+    }
+};
+
 void ForgetApplication()
 {
-    PostOffice::Get().SetApplication(nullptr);
+    PostOffice::Get().SetReceiver(nullptr);
 }
 
 void TakeApplication()
 {
     qAddPostRoutine(ForgetApplication);
-    PostOffice::Get().SetApplication(QCoreApplication::instance());
+    PostOffice::Get().SetReceiver(std::make_unique<Receiver>());
 }
 
 // As soon as there is an application, which may have been made before or after the library came.
@@ -32,14 +46,14 @@ Q_COREAPP_STARTUP_FUNCTION(TakeApplication)
 
 PostOffice& PostOffice::Get()
 {
-    static PostOffice* const office = new PostOffice;
+    static auto* const office = new PostOffice;
     return *office;
 }
 
-void PostOffice::SetApplication(QCoreApplication* application)
+void PostOffice::SetReceiver(std::unique_ptr<QObject> receiver)
 {
     const std::lock_guard hold(m_mutex);
-    m_application = application;
+    m_receiver = std::move(receiver);
     if (!m_waiting.empty()) // posted before there was one
         WakeApplication();
 }
@@ -48,9 +62,8 @@ void PostOffice::SetApplication(QCoreApplication* application)
 /// lock, so that the application does not go meanwhile.
 void PostOffice::WakeApplication()
 {
-    if (m_application)
-        QMetaObject::invokeMethod(
-            m_application, [] { PostOffice::Get().Deliver(); }, Qt::QueuedConnection);
+    if (m_receiver)
+        QCoreApplication::postEvent(m_receiver.get(), new QEvent(QEvent::User));
 }
 
 void PostOffice::Welcome(const Gut::MessageHandler& handler)

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QObject>
 #include <condition_variable>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <thread>
@@ -10,8 +12,6 @@
 
 #include "gut/message_handler.h"
 #include "standalone/messages.h"
-
-class QCoreApplication;
 
 namespace Standalone
 {
@@ -24,7 +24,8 @@ public:
     static PostOffice& Get();
 
     void SetObserver(PostObserver observer);
-    void SetApplication(QCoreApplication* application);
+    /// Whom an event has messages delivered on the application's thread; null without one.
+    void SetReceiver(std::unique_ptr<QObject> receiver);
     /// A handler was made: it may be sent messages.
     void Welcome(const Gut::MessageHandler& handler);
     void AddFilter(Gut::MessageHandler& handler);
@@ -36,7 +37,7 @@ public:
 
 private:
     struct Call {
-        const Gut::MessageHandler* handler;
+        const Gut::MessageHandler* handler = nullptr;
         std::thread::id thread;
     };
 
@@ -49,7 +50,7 @@ private:
     std::mutex m_mutex;
     std::condition_variable m_returned;
     PostObserver m_observer; // guarded by m_mutex, as all below
-    QCoreApplication* m_application = nullptr;
+    std::unique_ptr<QObject> m_receiver;
     std::set<const Gut::MessageHandler*> m_handlers; // that live
     std::deque<Gut::Message> m_waiting;
     std::vector<Gut::MessageHandler*> m_filters;
