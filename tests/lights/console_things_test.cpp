@@ -13,6 +13,7 @@
 
 #include "desk/kernel_testbed.h"
 #include "desk/physical_memory.h"
+#include "desk/sensor_chip.h"
 #include "desk/virtual_widget.h"
 #include "desk/widget_bus.h"
 #include "hardware/vex4_backlight.h"
@@ -403,9 +404,14 @@ TEST_F(ConsoleThingsTest, BacklightsGetPercentOnAConsole)
 
 TEST_F(ConsoleThingsTest, BacklightsAreLeftAloneElsewhere)
 {
+    // The model whose controller would be worked on any computer.
+    m_settings.productType = 9;
+    const Desk::SensorChip chip(m_testbed);
+    const std::string before = chip.GetText();
     Begin();
     for (const ConsoleLightId id : {LeftBacklight, RightBacklight, CenterBacklight})
-        ConsoleThings::Get().change_level(id, 0x00640000);
+        ConsoleThings::Get().change_level(id, 0x00320000);
+    EXPECT_EQ(chip.GetText(), before);
     EXPECT_EQ(m_memory.CountOpened(), 0);
 }
 

@@ -28,14 +28,8 @@ public:
     }
 };
 
-void ForgetApplication()
-{
-    PostOffice::Get().SetReceiver(nullptr);
-}
-
 void TakeApplication()
 {
-    qAddPostRoutine(ForgetApplication);
     PostOffice::Get().SetReceiver(std::make_unique<Receiver>());
 }
 

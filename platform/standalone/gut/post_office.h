@@ -24,7 +24,8 @@ public:
     static PostOffice& Get();
 
     void SetObserver(PostObserver observer);
-    /// Whom an event has messages delivered on the application's thread; null without one.
+    /// Whom an event has messages delivered on the application's thread. It outlives the
+    /// application, so that anybody may post at any time.
     void SetReceiver(std::unique_ptr<QObject> receiver);
     /// A handler was made: it may be sent messages.
     void Welcome(const Gut::MessageHandler& handler);
