@@ -9,7 +9,9 @@
 #include <future>
 
 #include "hardware/linklights.h"
+#include "os/log.h"
 #include "standalone/platform_settings.h"
+#include "support/log_capture.h"
 #include "widget/class_ids.h"
 
 using Hardware::LinkLights;
@@ -25,6 +27,7 @@ typedef std::vector<std::string> Texts;
 struct Answers {
     Texts calls;
     std::vector<std::wstring> refused;
+    Os::NetworkAdapter adapter; ///< whatever its name
     std::function<void(const std::string& call)> onCall = [](const std::string&) {};
 };
 
@@ -120,7 +123,7 @@ std::vector<NetworkAdapter> Platform::GetAdapterList(Protocol protocol)
 NetworkAdapter NetworkAdapter::ReadSettings(const kel::wstring& name)
 {
     Note("read '" + Narrow(name) + "'");
-    return {};
+    return GetAnswers().adapter;
 }
 
 } // namespace Os
@@ -154,6 +157,16 @@ TEST_F(LinkLightsCalls, StartWatchesBoardsThenTheNetworksThenUpdates)
     EXPECT_TRUE(LinkLights::Get().Start());
     EXPECT_THAT(Take(), ElementsAre("watch ltc handler it", "list 0", "register 'vex0' 5", "list 1",
                                     "register 'fix0' 5", "read 'vex0'", "read 'fix0'", "boards"));
+}
+
+TEST_F(LinkLightsCalls, AnAdapterWithoutANameIsNoneWhateverItsLink)
+{
+    const TestSupport::LogCapture log("Hardware/LinkLights", Os::Log::AllLevels);
+    GetAnswers().adapter = {L"", Os::NetworkAdapter::State_Up, {1000000000, 0, 0}, L""};
+    LinkLights::Get().Update();
+    EXPECT_EQ(log.Count("Updated linklight state VexNet active = false, VexNet gigabit = false, "
+                        "FixtureNet active = false, FixtureNet gigabit = false to 0 LTC device(s)"),
+              1U);
 }
 
 TEST_F(LinkLightsCalls, StartOnAnotherModelAsksNothing)

@@ -96,5 +96,6 @@ TEST_P(LinkLightsOnNetworks, AThousandFlapsEndInTheRightState)
     m_bench->Flap("fixture0", 500);
     EXPECT_TRUE(Show("0011"));
     Standalone::FlushNetworkMonitor();
-    EXPECT_EQ(GetLights(*m_board), "0011");
+    // Not at once: the kernel may tell of the last link a little later.
+    EXPECT_TRUE(Show("0011"));
 }

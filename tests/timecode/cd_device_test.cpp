@@ -224,7 +224,7 @@ TEST_F(CdDevice, DestroyedWhileEnabledClosesAndReports)
     m_device.reset();
     EXPECT_TRUE(wasAsked) << "it still answers";
     EXPECT_EQ(m_drive.CountOpen(), 0);
-    EXPECT_EQ(CountCdThreads(), 0U);
+    EXPECT_TRUE(WaitUntil([] { return CountCdThreads() == 0; }));
     EXPECT_THAT(m_frames.GetEvents(), ElementsAre("added 0", "removed 0"));
 }
 
@@ -242,6 +242,32 @@ TEST_F(CdDevice, ThatASlotDisablesAtOnceStaysDisabled)
     EXPECT_FALSE(m_device->IsEnabled());
     EXPECT_TRUE(WaitUntil([] { return CountCdThreads() == 0; }));
     EXPECT_EQ(m_drive.CountOpen(), 1) << "the player's";
+}
+
+TEST_F(CdDevice, ThatASlotDisablesAndEnablesAtOnceHasOneThread)
+{
+    bool isFirst = true;
+    QObject::connect(m_device.get(), &DeviceCd::deviceAdded, [&] {
+        if (std::exchange(isFirst, false)) {
+            m_device->Disable();
+            m_device->Enable();
+        }
+    });
+    EXPECT_TRUE(m_device->Enable());
+    EXPECT_TRUE(m_device->IsEnabled());
+    EXPECT_TRUE(WaitUntil([] { return CountCdThreads() == 1; }));
+    EXPECT_TRUE(m_device->Disable());
+    EXPECT_TRUE(WaitUntil([] { return CountCdThreads() == 0; }));
+}
+
+TEST_F(CdDevice, ThatASlotEnablesDuringItsDestructionEndsAllTheSame)
+{
+    DeviceCd* const device = m_device.get();
+    QObject::connect(device, &DeviceCd::deviceRemoved, [device] { device->Enable(); });
+    m_device->Enable();
+    m_device.reset();
+    EXPECT_EQ(m_drive.CountOpen(), 1) << "the player's";
+    EXPECT_TRUE(WaitUntil([] { return CountCdThreads() == 0; }));
 }
 
 TEST_F(CdDevice, SharesTheDriveWithAnother)

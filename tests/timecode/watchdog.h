@@ -11,7 +11,7 @@ namespace TestSupport
 class Watchdog
 {
 public:
-    explicit Watchdog(unsigned seconds = 60)
+    explicit Watchdog(unsigned seconds = 240)
     {
         signal(SIGALRM, [](int) {
             constexpr char Text[] = "The test hangs.\n";

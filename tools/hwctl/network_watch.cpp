@@ -5,6 +5,7 @@
 
 #include "common/network_text.h"
 #include "hardware/linklights.h"
+#include "hwctl/command_error.h"
 #include "standalone/network_source.h"
 
 namespace Hwctl
@@ -28,12 +29,17 @@ public:
 
     void Start()
     {
-        const auto adapter = FindNetworkAdapter(m_protocol);
-        if (!adapter)
-            return;
-        NetworkAdapterMonitor::Get().Register(adapter->GetName(), NetworkAdapterMonitor::Event_All,
-                                              this);
-        Report(*adapter);
+        // As the link lights do: the first that can be watched.
+        const std::vector<NetworkAdapter> adapters = Platform::GetAdapterList(m_protocol);
+        for (const NetworkAdapter& adapter : adapters)
+            if (NetworkAdapterMonitor::Get().Register(adapter.GetName(),
+                                                      NetworkAdapterMonitor::Event_All, this)) {
+                Report(adapter);
+                return;
+            }
+        if (!adapters.empty())
+            throw CommandError(std::string("the adapters of the ") +
+                               Tools::GetNetworkName(m_protocol) + " network cannot be watched");
     }
     void Stop() { NetworkAdapterMonitor::Get().Unregister(this); }
 

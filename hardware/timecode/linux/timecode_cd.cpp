@@ -84,6 +84,8 @@ _DeviceCdImpl::_DeviceCdImpl(DeviceCd& owner) : m_owner(owner), m_id{&owner, 0},
 _DeviceCdImpl::~_DeviceCdImpl()
 {
     Disable();
+    // A slot that heard of it may have enabled the device again.
+    CloseDrive();
     m_thread.reset();
 }
 
@@ -92,6 +94,8 @@ bool _DeviceCdImpl::Enable()
     if (IsEnabled())
         return true;
     HARDWARE_LOG(m_log, Os::Log::Trace, "Enabling CD timecode device");
+    // One from before ends now, while there is no drive; with the next one it would go on.
+    m_thread.reset();
     const int fd = Repeat([] { return open(DrivePath, O_RDONLY | O_NONBLOCK); });
     if (fd == -1) {
         HARDWARE_LOG(m_log, Os::Log::Error, "CD device not readable");
@@ -99,6 +103,9 @@ bool _DeviceCdImpl::Enable()
     }
     m_fd.store(fd, std::memory_order_relaxed);
     m_owner.emitDeviceAdded(m_id);
+    // A slot may have disabled the device, and may have enabled it again, with a thread.
+    if (!IsEnabled() || m_thread)
+        return true;
     m_thread.reset(new Os::Thread(&_DeviceCdImpl::Main, this, "CD Timecode Input", 0,
                                   Os::Thread::DefaultSlice, Os::Thread::DefaultStack));
     return true;
@@ -110,15 +117,20 @@ bool _DeviceCdImpl::Disable()
     if (!IsEnabled())
         return true;
     HARDWARE_LOG(m_log, Os::Log::Trace, "Disabling CD timecode device");
-    // First the number, so that the thread does not ask once more while this waits for the lock.
-    const int fd = m_fd.exchange(-1, std::memory_order_relaxed);
-    {
-        const Os::Key hold(m_requestLock);
-        close(fd);
-    }
+    CloseDrive();
     m_thread.reset();
     m_owner.emitDeviceRemoved(m_id);
     return true;
+}
+
+void _DeviceCdImpl::CloseDrive()
+{
+    // First the number, so that the thread does not ask once more while this waits for the lock.
+    const int fd = m_fd.exchange(-1, std::memory_order_relaxed);
+    if (fd == -1)
+        return;
+    const Os::Key hold(m_requestLock);
+    close(fd);
 }
 
 unsigned int _DeviceCdImpl::Main(void* arg)

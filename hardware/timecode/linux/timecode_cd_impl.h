@@ -35,6 +35,7 @@ private:
     /// What came of asking the drive.
     enum class Answer { NotEnabled, Failed, Read };
 
+    void CloseDrive();
     void Poll();
     Answer ReadSubchannel(cdrom_subchnl& subchannel, int& error);
     void Report(const cdrom_msf0& address);

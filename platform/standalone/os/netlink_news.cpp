@@ -97,13 +97,16 @@ bool NetlinkNews::Watch(nl_sock* socket) const
 std::vector<AdapterEvent> NetlinkNews::Take()
 {
     constexpr int Datagrams = 100; // at a time
+    // Of an overrun libnl says that memory is short.
+    constexpr int Overrun = -NLE_NOMEM;
     const auto takeFrom = [this](nl_sock* socket) {
         for (int i = 0; i < Datagrams; ++i) {
             const int error = nl_recvmsgs_default(socket);
             if (error == -NLE_AGAIN)
                 return;
-            // Of an overrun libnl says that memory is short.
             m_hasLost = m_hasLost || error < 0;
+            if (error < 0 && error != Overrun)
+                return; // asked again the next time
         }
     };
     takeFrom(m_links.get());
@@ -113,8 +116,12 @@ std::vector<AdapterEvent> NetlinkNews::Take()
         // What is still there is older than what was lost, and than what is asked for anew. The
         // kernel adds nothing until all of it is taken.
         constexpr int MostDatagrams = 100000;
-        for (int i = 0; i < MostDatagrams && nl_recvmsgs_default(m_links.get()) != -NLE_AGAIN; ++i)
+        for (int i = 0; i < MostDatagrams; ++i) {
+            const int error = nl_recvmsgs_default(m_links.get());
             m_events.clear();
+            if (error < 0 && error != Overrun)
+                break;
+        }
         m_hasLost = false;
         m_events.assign(1, AdapterEvent());
     }

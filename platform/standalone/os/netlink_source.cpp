@@ -93,8 +93,11 @@ AdapterFacts NetlinkSource::Read(const std::wstring& name)
     }
     const std::string bytes = NarrowAdapterName(name);
     rtnl_link* found = nullptr;
-    if (rtnl_link_get_kernel(socket.get(), 0, bytes.c_str(), &found) != 0)
+    if (const int error = rtnl_link_get_kernel(socket.get(), 0, bytes.c_str(), &found)) {
+        if (error != -NLE_NODEV && error != -NLE_OBJ_NOTFOUND)
+            facts.link.state = NetworkAdapter::State_Unknown;
         return facts;
+    }
     const NetlinkLink link(found);
     // The kernel also finds an adapter by a second name of it, by which there is no news.
     const char* const itsName = rtnl_link_get_name(found);
