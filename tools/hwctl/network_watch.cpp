@@ -19,8 +19,8 @@ using Os::Platform;
 class NetworkWatch::Network final : public NetworkAdapterMonitor::Callback
 {
 public:
-    Network(Platform::Protocol protocol, const EventTaker& take)
-        : m_protocol(protocol), m_take(take)
+    Network(Platform::Protocol protocol, EventTaker take)
+        : m_protocol(protocol), m_take(std::move(take))
     {
     }
     ~Network() override { Stop(); }
@@ -59,7 +59,7 @@ private:
     const EventTaker m_take;
 };
 
-NetworkWatch::NetworkWatch(EventTaker take)
+NetworkWatch::NetworkWatch(const EventTaker& take)
 {
     for (const Platform::Protocol protocol :
          {Platform::Protocol_Console, Platform::Protocol_Fixture})

@@ -18,7 +18,7 @@ class NetworkWatch
 public:
     /// @param take called with the state of the moment, on the thread that starts, and with each
     ///             change, on the adapter monitor's thread
-    explicit NetworkWatch(EventTaker take);
+    explicit NetworkWatch(const EventTaker& take);
     ~NetworkWatch();
     NetworkWatch(const NetworkWatch&) = delete;
     NetworkWatch& operator=(const NetworkWatch&) = delete;
