@@ -66,6 +66,7 @@ void TimeOut()
     steps.changed.wait(hold, [&] { return IsWaiting(steps); });
     const std::size_t count = steps.waits.size();
     steps.isTimeUp = true;
+    steps.ended = count;
     steps.changed.notify_all();
     steps.changed.wait(hold, [&] { return steps.waits.size() > count && IsWaiting(steps); });
 }
@@ -103,6 +104,7 @@ void Event::Set()
     Steps& steps = GetSteps();
     const std::lock_guard hold(steps.mutex);
     m_signalled = true;
+    steps.ended = steps.waits.size(); // here, not when the thread gets to run
     ++steps.sets;
     steps.changed.notify_all();
 }
@@ -132,7 +134,7 @@ bool Event::Wait(unsigned milliseconds)
                  std::cv_status::timeout)
             break;
     steps.isTimeUp = false;
-    ++steps.ended;
+    steps.ended = steps.waits.size();
     return m_signalled;
 }
 
@@ -143,7 +145,7 @@ bool Event::Wait()
     steps.waits.push_back(TestSupport::Forever);
     steps.changed.notify_all();
     steps.changed.wait(hold, [this] { return m_signalled; });
-    ++steps.ended;
+    steps.ended = steps.waits.size();
     return true;
 }
 
