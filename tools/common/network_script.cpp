@@ -2,12 +2,13 @@
 #include "common/network_script.h"
 
 #include <charconv>
-#include <fstream>
 #include <functional>
 #include <map>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
+
+#include "common/script_lines.h"
 
 namespace Tools
 {
@@ -93,9 +94,11 @@ const std::map<std::string, Verb>& GetVerbs()
     return verbs;
 }
 
+constexpr char Kind[] = "network script";
+
 [[noreturn]] void Refuse(std::size_t line, const std::string& reason)
 {
-    throw std::invalid_argument("network script, line " + std::to_string(line) + ": " + reason);
+    RefuseScriptLine(Kind, line, reason);
 }
 
 Step ParseStep(const std::string& text, std::size_t line)
@@ -125,28 +128,13 @@ Step ParseStep(const std::string& text, std::size_t line)
 NetworkScript NetworkScript::Parse(const std::string& text)
 {
     NetworkScript script;
-    std::istringstream lines(text);
-    std::string line;
-    for (std::size_t number = 1; std::getline(lines, line); ++number) {
-        line.resize(std::min(line.find('#'), line.size()));
-        if (line.find_first_not_of(" \t\r") == std::string::npos)
-            continue;
-        script.m_steps.push_back(ParseStep(line, number));
-        const auto& steps = script.m_steps;
-        if (steps.size() > 1 && steps.back().seconds < steps[steps.size() - 2].seconds)
-            Refuse(number, "it is earlier than the line before");
-    }
+    script.m_steps = ParseTimedScript<std::vector<Step>>(Kind, text, ParseStep);
     return script;
 }
 
 NetworkScript NetworkScript::Read(const std::string& file)
 {
-    std::ifstream in(file);
-    if (!in)
-        throw std::runtime_error("cannot read '" + file + "'");
-    std::ostringstream text;
-    text << in.rdbuf();
-    return Parse(text.str());
+    return Parse(ReadWholeFile(file));
 }
 
 void NetworkScript::Do(const Step& step, VirtualNetwork& network)

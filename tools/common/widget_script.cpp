@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "common/widget_script.h"
 
-#include <fstream>
 #include <functional>
 #include <map>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
 
+#include "common/script_lines.h"
 #include "desk/virtual_widget.h"
 
 namespace Tools
@@ -63,9 +63,11 @@ const std::map<std::string, Verb>& GetVerbs()
     return verbs;
 }
 
+constexpr char Kind[] = "widget script";
+
 [[noreturn]] void Refuse(std::size_t line, const std::string& reason)
 {
-    throw std::invalid_argument("widget script, line " + std::to_string(line) + ": " + reason);
+    RefuseScriptLine(Kind, line, reason);
 }
 
 WidgetScript::Step ParseStep(const std::string& text, std::size_t line)
@@ -96,28 +98,13 @@ WidgetScript::Step ParseStep(const std::string& text, std::size_t line)
 WidgetScript WidgetScript::Parse(const std::string& text)
 {
     WidgetScript script;
-    std::istringstream lines(text);
-    std::string line;
-    for (std::size_t number = 1; std::getline(lines, line); ++number) {
-        line.resize(std::min(line.find('#'), line.size()));
-        if (line.find_first_not_of(" \t\r") == std::string::npos)
-            continue;
-        script.m_steps.push_back(ParseStep(line, number));
-        const auto& steps = script.m_steps;
-        if (steps.size() > 1 && steps.back().seconds < steps[steps.size() - 2].seconds)
-            Refuse(number, "it is earlier than the line before");
-    }
+    script.m_steps = ParseTimedScript<std::vector<Step>>(Kind, text, ParseStep);
     return script;
 }
 
 WidgetScript WidgetScript::Read(const std::string& file)
 {
-    std::ifstream in(file);
-    if (!in)
-        throw std::runtime_error("cannot read '" + file + "'");
-    std::ostringstream text;
-    text << in.rdbuf();
-    return Parse(text.str());
+    return Parse(ReadWholeFile(file));
 }
 
 void WidgetScript::Do(const Step& step, const Desk::WidgetBus& bus)

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "common/script_lines.h"
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace Tools
+{
+
+void ForEachScriptLine(const std::string& text,
+                       const std::function<void(const std::string& line, std::size_t number)>& take)
+{
+    std::istringstream lines(text);
+    std::string line;
+    for (std::size_t number = 1; std::getline(lines, line); ++number) {
+        line.resize(std::min(line.find('#'), line.size()));
+        if (line.find_first_not_of(" \t\r") != std::string::npos)
+            take(line, number);
+    }
+}
+
+void RefuseScriptLine(const std::string& kind, std::size_t line, const std::string& reason)
+{
+    throw std::invalid_argument(kind + ", line " + std::to_string(line) + ": " + reason);
+}
+
+std::string ReadWholeFile(const std::string& file)
+{
+    std::ifstream in(file);
+    if (!in)
+        throw std::runtime_error("cannot read '" + file + "'");
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+} // namespace Tools
