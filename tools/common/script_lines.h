@@ -10,8 +10,9 @@ namespace Tools
 
 /// Calls @p take for each line that is not empty, with its number, the first being 1. What stands
 /// behind # does not count.
-void ForEachScriptLine(const std::string& text,
-                       const std::function<void(const std::string& line, std::size_t number)>& take);
+void ForEachScriptLine(
+    const std::string& text,
+    const std::function<void(const std::string& line, std::size_t number)>& take);
 
 /// The steps of a timed script, a line each. Throws std::invalid_argument for one that is earlier
 /// than the one before.
