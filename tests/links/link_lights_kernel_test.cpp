@@ -20,10 +20,7 @@ protected:
     void SetUp() override
     {
         std::string reason;
-        if (GetParam())
-            m_bench = TestSupport::MakeKernelBench(reason);
-        else
-            m_bench = TestSupport::MakeVirtualBench();
+        m_bench = TestSupport::MakeBench(GetParam(), reason);
         if (!m_bench)
             GTEST_SKIP() << reason;
         TestSupport::SetLinkConsole(8, {L"console0"}, {L"fixture0"});

@@ -41,10 +41,7 @@ protected:
     void SetUp() override
     {
         std::string reason;
-        if (GetParam())
-            m_bench = TestSupport::MakeKernelBench(reason);
-        else
-            m_bench = TestSupport::MakeVirtualBench();
+        m_bench = TestSupport::MakeBench(GetParam(), reason);
         if (!m_bench)
             GTEST_SKIP() << reason;
         m_recorder = std::make_unique<NetworkRecorder>();
@@ -115,8 +112,8 @@ TEST_P(NetworkSteps, AThousandFlapsEndInTheRightState)
     EXPECT_TRUE(WaitUntil([] { return ReadState(L"console0") == NetworkAdapter::State_Down; }));
     Standalone::FlushNetworkMonitor();
     EXPECT_EQ(m_recorder->GetLast().GetState(), NetworkAdapter::State_Down);
-    // The kernel drops what comes too fast for a busy machine.
-    EXPECT_GE(m_recorder->GetCalls().size(), 1U);
+    // The kernel drops what comes too fast for a busy machine; virtual adapters drop nothing.
+    EXPECT_GT(m_recorder->GetCalls().size(), GetParam() ? 0U : 100U);
 }
 
 namespace

@@ -229,4 +229,11 @@ std::unique_ptr<KernelBench> MakeKernelBench(std::string& reason)
     }
 }
 
+std::unique_ptr<NetworkBench> MakeBench(bool ofKernel, std::string& reason)
+{
+    if (ofKernel)
+        return MakeKernelBench(reason);
+    return MakeVirtualBench();
+}
+
 } // namespace TestSupport

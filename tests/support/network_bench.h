@@ -47,5 +47,7 @@ public:
 
 /// Null, with the reason in @p reason, where the kernel grants no namespace.
 std::unique_ptr<KernelBench> MakeKernelBench(std::string& reason);
+/// The kernel's or a virtual one.
+std::unique_ptr<NetworkBench> MakeBench(bool ofKernel, std::string& reason);
 
 } // namespace TestSupport

@@ -17,7 +17,7 @@ struct Steps {
     std::mutex mutex;
     std::condition_variable changed;
     std::vector<int> waits;
-    std::size_t ended = 0;
+    bool isWaiting = false; // not once the wait was ended, though its thread may not know yet
     std::size_t sets = 0;
     std::function<void()> onReset;
     bool isTimeUp = false;
@@ -28,11 +28,6 @@ Steps& GetSteps()
 {
     static auto* const steps = new Steps; // events may be waited for until the process ends
     return *steps;
-}
-
-bool IsWaiting(const Steps& steps)
-{
-    return steps.waits.size() > steps.ended;
 }
 
 } // namespace
@@ -48,14 +43,14 @@ void WaitForWaits(std::size_t count)
 {
     Steps& steps = GetSteps();
     std::unique_lock hold(steps.mutex);
-    steps.changed.wait(hold, [&] { return steps.waits.size() >= count && IsWaiting(steps); });
+    steps.changed.wait(hold, [&] { return steps.waits.size() >= count && steps.isWaiting; });
 }
 
 int AwaitWait()
 {
     Steps& steps = GetSteps();
     std::unique_lock hold(steps.mutex);
-    steps.changed.wait(hold, [&] { return IsWaiting(steps); });
+    steps.changed.wait(hold, [&] { return steps.isWaiting; });
     return steps.waits.back();
 }
 
@@ -63,12 +58,12 @@ void TimeOut()
 {
     Steps& steps = GetSteps();
     std::unique_lock hold(steps.mutex);
-    steps.changed.wait(hold, [&] { return IsWaiting(steps); });
+    steps.changed.wait(hold, [&] { return steps.isWaiting; });
     const std::size_t count = steps.waits.size();
     steps.isTimeUp = true;
-    steps.ended = count;
+    steps.isWaiting = false;
     steps.changed.notify_all();
-    steps.changed.wait(hold, [&] { return steps.waits.size() > count && IsWaiting(steps); });
+    steps.changed.wait(hold, [&] { return steps.waits.size() > count && steps.isWaiting; });
 }
 
 void DoInNextReset(std::function<void()> action)
@@ -104,7 +99,7 @@ void Event::Set()
     Steps& steps = GetSteps();
     const std::lock_guard hold(steps.mutex);
     m_signalled = true;
-    steps.ended = steps.waits.size(); // here, not when the thread gets to run
+    steps.isWaiting = false;
     ++steps.sets;
     steps.changed.notify_all();
 }
@@ -125,6 +120,7 @@ bool Event::Wait(unsigned milliseconds)
     Steps& steps = GetSteps();
     std::unique_lock hold(steps.mutex);
     steps.waits.push_back(static_cast<int>(milliseconds));
+    steps.isWaiting = true;
     steps.changed.notify_all();
     const auto isOver = [&] { return m_signalled || steps.isTimeUp; };
     while (!isOver())
@@ -134,7 +130,7 @@ bool Event::Wait(unsigned milliseconds)
                  std::cv_status::timeout)
             break;
     steps.isTimeUp = false;
-    steps.ended = steps.waits.size();
+    steps.isWaiting = false;
     return m_signalled;
 }
 
@@ -143,9 +139,10 @@ bool Event::Wait()
     Steps& steps = GetSteps();
     std::unique_lock hold(steps.mutex);
     steps.waits.push_back(TestSupport::Forever);
+    steps.isWaiting = true;
     steps.changed.notify_all();
     steps.changed.wait(hold, [this] { return m_signalled; });
-    steps.ended = steps.waits.size();
+    steps.isWaiting = false;
     return true;
 }
 

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "common/hex.h"
+#include "common/script_lines.h"
 
 namespace Tools
 {
@@ -40,12 +41,7 @@ MidiRecording MidiRecording::Read(const std::string& path)
     if (!file)
         throw std::runtime_error(path + ": cannot be read");
     MidiRecording recording;
-    unsigned number = 0;
-    for (std::string line; std::getline(file, line);) {
-        ++number;
-        line.erase(std::min(line.find('#'), line.size()));
-        if (line.find_first_not_of(" \t\r") == std::string::npos)
-            continue;
+    ForEachScriptLine(file, [&](const std::string& line, std::size_t number) {
         Event event{};
         std::string problem = ParseLine(line, event);
         if (problem.empty() && !recording.events.empty() &&
@@ -58,7 +54,7 @@ MidiRecording MidiRecording::Read(const std::string& path)
                                          .append(": ")
                                          .append(problem));
         recording.events.push_back(std::move(event));
-    }
+    });
     return recording;
 }
 

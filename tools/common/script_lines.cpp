@@ -9,12 +9,11 @@
 namespace Tools
 {
 
-void ForEachScriptLine(const std::string& text,
+void ForEachScriptLine(std::istream& text,
                        const std::function<void(const std::string& line, std::size_t number)>& take)
 {
-    std::istringstream lines(text);
     std::string line;
-    for (std::size_t number = 1; std::getline(lines, line); ++number) {
+    for (std::size_t number = 1; std::getline(text, line); ++number) {
         line.resize(std::min(line.find('#'), line.size()));
         if (line.find_first_not_of(" \t\r") != std::string::npos)
             take(line, number);

@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <functional>
+#include <istream>
+#include <sstream>
 #include <string>
 
 namespace Tools
@@ -11,7 +13,7 @@ namespace Tools
 /// Calls @p take for each line that is not empty, with its number, the first being 1. What stands
 /// behind # does not count.
 void ForEachScriptLine(
-    const std::string& text,
+    std::istream& text,
     const std::function<void(const std::string& line, std::size_t number)>& take);
 
 /// The steps of a timed script, a line each. Throws std::invalid_argument for one that is earlier
@@ -32,7 +34,8 @@ template <class Steps, class ParseStep>
 Steps ParseTimedScript(const std::string& kind, const std::string& text, ParseStep parse)
 {
     Steps steps;
-    ForEachScriptLine(text, [&](const std::string& line, std::size_t number) {
+    std::istringstream lines(text);
+    ForEachScriptLine(lines, [&](const std::string& line, std::size_t number) {
         steps.push_back(parse(line, number));
         if (steps.size() > 1 && steps.back().seconds < steps[steps.size() - 2].seconds)
             RefuseScriptLine(kind, number, "it is earlier than the line before");

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hwctl/virtual_devices.h"
 
-#include <fstream>
-#include <sstream>
-
+#include "common/script_lines.h"
 #include "desk/audio_file.h"
 #include "hwctl/cd_facts.h"
 #include "hwctl/command_error.h"
@@ -28,12 +26,7 @@ std::vector<Desk::WidgetData> ReadWidgets(const std::string& file)
                 {"TrackballWidget", 6, L"trackball"},
                 {"Vex4TopBox", 7, L"bar"},
                 {"LtcWidget", 8, L"ltc"}};
-    std::ifstream in(file);
-    if (!in)
-        throw CommandError("cannot read '" + file + "'");
-    std::ostringstream text;
-    text << in.rdbuf();
-    return Desk::ReadWidgetData(text.str());
+    return Desk::ReadWidgetData(Tools::ReadWholeFile(file));
 }
 
 } // namespace
