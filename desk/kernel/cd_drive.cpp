@@ -345,6 +345,12 @@ CdDrive::State CdDrive::GetState() const
             hasDisc ? transport.GetDisc()->Locate(transport.GetPosition()) : CdDisc::Place{}};
 }
 
+CdDisc CdDrive::GetDisc() const
+{
+    const std::lock_guard hold(m_private->mutex);
+    return m_private->transport.GetDisc().value_or(CdDisc());
+}
+
 std::vector<std::string> CdDrive::GetCommands() const
 {
     const std::lock_guard hold(m_private->mutex);

@@ -92,13 +92,13 @@ bool MidiPort::IsPlugged() const
     return m_private->terminal.IsOpen();
 }
 
-bool MidiPort::Send(std::span<const std::uint8_t> bytes)
+bool MidiPort::Send(std::span<const std::uint8_t> bytes, std::chrono::milliseconds patience)
 {
     while (!bytes.empty()) {
         const ssize_t sent = write(m_private->terminal.GetFarEnd(), bytes.data(), bytes.size());
         if (sent > 0)
             bytes = bytes.subspan(static_cast<std::size_t>(sent));
-        else if (errno != EAGAIN || !WaitFor(m_private->terminal.GetFarEnd(), POLLOUT, Patience))
+        else if (errno != EAGAIN || !WaitFor(m_private->terminal.GetFarEnd(), POLLOUT, patience))
             return false;
     }
     return true;

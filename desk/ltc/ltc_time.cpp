@@ -37,13 +37,15 @@ std::string ToText(const LtcTime& time)
 
 std::optional<LtcTime> ParseLtcTime(std::string_view text, unsigned framesPerSecond)
 {
-    if (text.size() != TextLength || (text[2] != ':' && text[2] != ';') || text[5] != text[2] ||
-        text[8] != text[2])
+    if (text.size() != TextLength)
+        return std::nullopt;
+    const std::string separators{text[2], text[5], text[8]};
+    if (separators != ":::" && separators != "::;" && separators != ";;;")
         return std::nullopt;
     std::array<std::uint8_t, 4> numbers{};
     for (std::size_t i = 0; i < numbers.size(); ++i)
         numbers[i] = static_cast<std::uint8_t>(ReadNumber(text.substr(i * 3, 2)));
-    const LtcTime time{numbers[0], numbers[1], numbers[2], numbers[3], text[2] == ';'};
+    const LtcTime time{numbers[0], numbers[1], numbers[2], numbers[3], text[8] == ';'};
     return IsValid(time, framesPerSecond) ? std::optional(time) : std::nullopt;
 }
 

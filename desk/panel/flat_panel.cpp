@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "desk/flat_panel.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <map>
 #include <mutex>
@@ -82,10 +83,18 @@ int FlatPanel::GetAdjuster(std::uint8_t unit, std::uint8_t code) const
     return adjuster == m_private->adjusters.end() ? -1 : adjuster->second;
 }
 
-std::vector<PanelPacket> FlatPanel::GetPackets() const
+std::vector<PanelPacket> FlatPanel::GetPackets(std::size_t from) const
 {
     const std::lock_guard hold(m_private->mutex);
-    return m_private->packets;
+    const std::vector<PanelPacket>& all = m_private->packets;
+    const std::size_t begin = std::min(from, all.size());
+    return {all.begin() + static_cast<std::ptrdiff_t>(begin), all.end()};
+}
+
+std::size_t FlatPanel::CountPackets() const
+{
+    const std::lock_guard hold(m_private->mutex);
+    return m_private->packets.size();
 }
 
 bool FlatPanel::WaitForPackets(std::size_t count) const

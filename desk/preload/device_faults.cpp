@@ -120,19 +120,24 @@ int GetDevice(int descriptor)
     return g_deviceOf[descriptor].load(std::memory_order_acquire) - 1;
 }
 
-/// Takes as long as the device is told to; no lock is held.
+/// Takes as long as the device is told to; no lock is held. In slices, so that a shorter time told
+/// meanwhile holds for what is under way.
 void Dawdle(int device)
 {
-    timespec time{};
-    {
-        const Hold hold;
-        const long delay = g_devices[device].faults.delay;
-        g_devices[device].use.delayed += delay;
-        time.tv_sec = delay / 1000000;
-        time.tv_nsec = delay % 1000000 * 1000;
-    }
-    if (time.tv_sec != 0 || time.tv_nsec != 0)
+    constexpr long Slice = 10000; // microseconds
+    for (long done = 0;;) {
+        long slice = 0;
+        {
+            const Hold hold;
+            slice = std::min(g_devices[device].faults.delay - done, Slice);
+            if (slice <= 0)
+                return;
+            g_devices[device].use.delayed += slice;
+        }
+        const timespec time{0, slice * 1000};
         nanosleep(&time, nullptr);
+        done += slice;
+    }
 }
 
 /// Whether the kernel reads an unsigned number in what was written: a plus sign where there is one,

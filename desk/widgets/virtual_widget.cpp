@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "widgets/bus_private.h"
+#include "widgets/drawer_switch.h"
 
 namespace Desk
 {
@@ -18,8 +19,6 @@ namespace Report = Standalone::Report;
 namespace
 {
 
-/// The part id and master id of the switch that the keyboard drawer works.
-constexpr std::pair<unsigned short, unsigned short> DrawerSwitch{75, 0};
 /// The kind of a configuration that tells of displays.
 constexpr std::int32_t DisplayConfiguration = 8;
 constexpr unsigned CellsPerDisplay = 10;
@@ -372,6 +371,12 @@ void VirtualWidget::SetFailing(bool failing)
 {
     const std::lock_guard hold(m_private->mutex);
     m_private->isFailing = failing;
+}
+
+bool VirtualWidget::IsFailing() const
+{
+    const std::lock_guard hold(m_private->mutex);
+    return m_private->isFailing;
 }
 
 bool VirtualWidget::Accept(const Report::Bytes& bytes)

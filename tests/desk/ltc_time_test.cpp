@@ -21,12 +21,13 @@ TEST(LtcTime, IsReadAsItIsWritten)
 {
     EXPECT_EQ(ParseLtcTime("01:02:03:04", 25), (LtcTime{1, 2, 3, 4, false}));
     EXPECT_EQ(ParseLtcTime("01;02;03;04", 30), (LtcTime{1, 2, 3, 4, true}));
+    EXPECT_EQ(ParseLtcTime("01:02:03;04", 30), (LtcTime{1, 2, 3, 4, true}));
 }
 
 TEST(LtcTime, IsNotReadFromAnythingElse)
 {
     for (const char* const text :
-         {"", "1:02:03:04", "01:02:03:04 ", "01:02:03;04", "01;02:03:04", "01.02.03.04",
+         {"", "1:02:03:04", "01:02:03:04 ", "01:02;03;04", "01;02:03:04", "01.02.03.04",
           "0a:02:03:04", "24:00:00:00", "00:60:00:00", "00:00:60:00", "00:00:00:25"})
         EXPECT_FALSE(ParseLtcTime(text, 25)) << text;
     EXPECT_FALSE(ParseLtcTime("00;01;00;01", 30)) << "left out by drop frame";

@@ -133,4 +133,8 @@ TEST_F(DeskSerialPeer, PanelUnderstandsItsOwnSpeedOnly)
     EXPECT_THAT(panel.GetPackets(),
                 ElementsAre(PanelPacket{2, PanelPacket::Command::SetAdjuster, 7, 258}));
     EXPECT_EQ(taken, panel.GetPackets());
+    ASSERT_EQ(panel.CountPackets(), taken.size());
+    EXPECT_EQ(panel.GetPackets(taken.size() - 1), std::vector{taken.back()});
+    EXPECT_TRUE(panel.GetPackets(taken.size()).empty());
+    EXPECT_TRUE(panel.GetPackets(taken.size() + 1).empty());
 }

@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QThread>
 #include <QTimer>
 #include <array>
 #include <atomic>
@@ -150,6 +151,34 @@ TEST(MessageDelivery, RunsOnTheApplicationsThread)
     RunLoop();
     EXPECT_THAT(log, ElementsAre("filter 1"));
     EXPECT_EQ(thread, std::this_thread::get_id());
+}
+
+TEST(MessageDelivery, RunsOnTheThreadThatAWakerWakes)
+{
+    const Application application;
+    Texts log;
+    Handler filter("filter", log);
+    std::promise<std::thread::id> thread;
+    filter.action = [&] { thread.set_value(std::this_thread::get_id()); };
+    Os::Post(MakeMessage(1), 3); // the loop has been told of it, and leaves it alone now
+    std::promise<void> woken;
+    Standalone::SetMessageWaker([&woken] { woken.set_value(); });
+    RunLoop();
+    EXPECT_THAT(log, IsEmpty());
+    std::thread messages([&woken] {
+        woken.get_future().wait();
+        Standalone::DeliverMessages();
+    });
+    EXPECT_EQ(thread.get_future().get(), messages.get_id());
+    messages.join();
+    // Back again.
+    thread = {};
+    Standalone::SetMessageWaker({});
+    Os::Post(MakeMessage(2), 3);
+    EXPECT_THAT(log, ElementsAre("filter 1"));
+    RunLoop();
+    EXPECT_THAT(log, ElementsAre("filter 1", "filter 2"));
+    EXPECT_EQ(thread.get_future().get(), std::this_thread::get_id());
 }
 
 TEST(MessageDelivery, LeavesTheLoopToOthersHoweverMuchIsPosted)

@@ -8,7 +8,9 @@
 
 #include <QTemporaryDir>
 #include <array>
+#include <chrono>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <thread>
@@ -31,7 +33,14 @@ constexpr uires16 Half = 0x00320000;
 class LightSettingsFile : public testing::Test
 {
 protected:
-    void Write(const std::string& text) const { std::ofstream(m_file) << text; }
+    /// With a time of its own: Qt takes a file of the same size and time for the one that it has
+    /// read, and the kernel's clock stands still for some milliseconds.
+    void Write(const std::string& text)
+    {
+        std::ofstream(m_file) << text;
+        std::filesystem::last_write_time(m_file, std::filesystem::file_time_type::clock::now() +
+                                                     std::chrono::seconds(++m_writes));
+    }
     std::string ReadFile() const
     {
         std::ostringstream text;
@@ -40,6 +49,9 @@ protected:
     }
     const QTemporaryDir m_folder;
     const std::string m_file = m_folder.filePath("lights.ini").toStdString();
+
+private:
+    int m_writes = 0;
 };
 
 /// Different from what it begins with, in every field.

@@ -62,6 +62,8 @@ public:
     void Appear();
 
     State GetState() const;
+    /// The disc in it; a disc without tracks where there is none.
+    CdDisc GetDisc() const;
     /// Verbs that the program asked for and the drive took, oldest first: "play track 2 index 0 to
     /// track 9 index 0", "play 00:02:00 to 61:05:74", "pause", "resume", "stop".
     std::vector<std::string> GetCommands() const;

@@ -32,8 +32,9 @@ public:
     /// Value of an adjuster, -1 until set. Adjuster 5 of unit 0 is the backlight.
     int GetAdjuster(std::uint8_t unit, std::uint8_t code) const;
     int GetBacklight() const { return GetAdjuster(0, 5); }
-    /// Every packet understood, oldest first.
-    std::vector<PanelPacket> GetPackets() const;
+    /// Every packet understood, oldest first, from the one of that number on, the first being 0.
+    std::vector<PanelPacket> GetPackets(std::size_t from = 0) const;
+    std::size_t CountPackets() const;
     /// Waits until so many were understood. @return false when they do not come within 20 s
     bool WaitForPackets(std::size_t count) const;
     /// The same for bytes, whatever became of them.

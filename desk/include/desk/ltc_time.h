@@ -22,8 +22,8 @@ struct LtcTime {
 
 /// "10:20:30:12", or "10;20;30;12" with drop frame.
 std::string ToText(const LtcTime& time);
-/// Reads what ToText() writes; nothing for any other text, nor for a time that does not exist at
-/// this count of frames a second (24, 25 or 30), such as 00;01;00;00.
+/// Reads what ToText() writes, and "10:20:30;12" too; nothing for any other text, nor for a time
+/// that does not exist at this count of frames a second (24, 25 or 30), such as 00;01;00;00.
 std::optional<LtcTime> ParseLtcTime(std::string_view text, unsigned framesPerSecond);
 
 /// True for a time that exists at this count of frames a second. With drop frame, frames 0 and 1 of

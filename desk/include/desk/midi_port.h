@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -32,9 +33,10 @@ public:
     const std::string& GetPath() const;
     bool IsPlugged() const;
 
-    /// Puts bytes on the library's input. Waits up to 20 s for a reader who makes room.
+    /// Puts bytes on the library's input. Waits for a reader who makes room, 20 s unless told.
     /// @return false when the port is unplugged or nobody read for so long
-    bool Send(std::span<const std::uint8_t> bytes);
+    bool Send(std::span<const std::uint8_t> bytes,
+              std::chrono::milliseconds patience = std::chrono::seconds(20));
     /// Takes the bytes that the library wrote, waiting up to @p milliseconds for the first one.
     std::vector<std::uint8_t> Receive(unsigned milliseconds);
     /// Takes exactly @p count bytes; fewer when they do not come within 20 s.

@@ -63,6 +63,7 @@ public:
     void SendBytes(const Standalone::Report::Bytes& bytes);
     /// Lets all writes to it fail, as a stuck device does, or ends that.
     void SetFailing(bool failing);
+    bool IsFailing() const;
 
     // What the driver did. Positions and levels are -1 until set.
 

@@ -23,7 +23,7 @@ public:
     {
         if (event->type() != QEvent::User)
             return QObject::event(event);
-        PostOffice::Get().Deliver();
+        PostOffice::Get().DeliverOnEvent();
         return true;
     }
 };
@@ -49,14 +49,24 @@ void PostOffice::SetReceiver(std::unique_ptr<QObject> receiver)
     const std::lock_guard hold(m_mutex);
     m_receiver = std::move(receiver);
     if (!m_waiting.empty()) // posted before there was one
-        WakeApplication();
+        Wake();
 }
 
-/// Has the application's thread deliver what is waiting; without one it waits. The caller holds the
-/// lock, so that the application does not go meanwhile.
-void PostOffice::WakeApplication()
+void PostOffice::SetWaker(std::function<void()> waker)
 {
-    if (m_receiver)
+    const std::lock_guard hold(m_mutex);
+    m_waker = std::move(waker);
+    if (!m_waiting.empty())
+        Wake();
+}
+
+/// Has what is waiting delivered; without anybody to do it, it waits. The caller holds the lock, so
+/// that neither goes meanwhile.
+void PostOffice::Wake()
+{
+    if (m_waker)
+        m_waker();
+    else if (m_receiver)
         QCoreApplication::postEvent(m_receiver.get(), new QEvent(QEvent::User));
 }
 
@@ -108,7 +118,7 @@ void PostOffice::Post(const Gut::Message& message, unsigned systemObject)
     if (message.GetTarget() && !m_handlers.contains(message.GetTarget()))
         return;
     m_waiting.push_back(message);
-    WakeApplication();
+    Wake();
 }
 
 bool PostOffice::Deliver()
@@ -131,6 +141,16 @@ bool PostOffice::Deliver()
         hold.lock();
     }
     return !m_waiting.empty();
+}
+
+void PostOffice::DeliverOnEvent()
+{
+    {
+        const std::lock_guard hold(m_mutex);
+        if (m_waker)
+            return;
+    }
+    Deliver();
 }
 
 /// Asks one filter after the other until one consumes it.
@@ -177,6 +197,11 @@ void PostOffice::End()
 void SetPostObserver(PostObserver observer)
 {
     PostOffice::Get().SetObserver(std::move(observer));
+}
+
+void SetMessageWaker(std::function<void()> waker)
+{
+    PostOffice::Get().SetWaker(std::move(waker));
 }
 
 void DeliverMessages()

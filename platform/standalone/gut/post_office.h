@@ -24,9 +24,11 @@ public:
     static PostOffice& Get();
 
     void SetObserver(PostObserver observer);
-    /// Whom an event has messages delivered on the application's thread. It outlives the
+    /// Whom an event has messages delivered, on the application's thread. It outlives the
     /// application, so that anybody may post at any time.
     void SetReceiver(std::unique_ptr<QObject> receiver);
+    /// Called in place of that event.
+    void SetWaker(std::function<void()> waker);
     /// A handler was made: it may be sent messages.
     void Welcome(const Gut::MessageHandler& handler);
     void AddFilter(Gut::MessageHandler& handler);
@@ -35,6 +37,8 @@ public:
     void Post(const Gut::Message& message, unsigned systemObject);
     /// Delivers what is waiting. True when more has come meanwhile.
     bool Deliver();
+    /// The same for the application's event, unless a waker has been set since it was sent.
+    void DeliverOnEvent();
 
 private:
     struct Call {
@@ -43,7 +47,7 @@ private:
     };
 
     PostOffice() = default;
-    void WakeApplication();
+    void Wake();
     void DeliverOne(const Gut::Message& message);
     bool Begin(const Gut::MessageHandler& handler);
     void End();
@@ -52,6 +56,7 @@ private:
     std::condition_variable m_returned;
     PostObserver m_observer; // guarded by m_mutex, as all below
     std::unique_ptr<QObject> m_receiver;
+    std::function<void()> m_waker;
     std::set<const Gut::MessageHandler*> m_handlers; // that live
     std::deque<Gut::Message> m_waiting;
     std::vector<Gut::MessageHandler*> m_filters;

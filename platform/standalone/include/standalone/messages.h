@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "gut/message.h"
+#include "platform_export.h"
 
 namespace Standalone
 {
@@ -15,9 +16,16 @@ PLATFORM_EXPORT void SetApplicationId(int id);
 typedef std::function<void(const Gut::Message& message, unsigned systemObject)> PostObserver;
 PLATFORM_EXPORT void SetPostObserver(PostObserver observer);
 
+/// For programs whose own thread is not to wait for what messages bring about: called when there is
+/// a message to deliver, on the thread that posts it, and the event loop delivers no more. Whoever
+/// sets it calls DeliverMessages() soon, on a thread of its own; the waker itself only wakes that
+/// thread, and posts and delivers nothing. Empty, as at first: the event loop of the
+/// QCoreApplication delivers. No call of the one before is under way when this returns.
+PLATFORM_EXPORT void SetMessageWaker(std::function<void()> waker);
+
 /// Delivers what is waiting, and what is posted meanwhile, on the calling thread: for programs
-/// without an event loop. With one, a posted message is delivered by it, on the thread of the
-/// QCoreApplication.
+/// without an event loop, and for those with a waker. Otherwise a posted message is delivered by
+/// the event loop, on the thread of the QCoreApplication.
 PLATFORM_EXPORT void DeliverMessages();
 
 } // namespace Standalone
