@@ -28,9 +28,12 @@ std::vector<std::string> HwctlRun::GetLines() const
 }
 
 HwctlRun RunHwctl(const std::vector<std::string>& arguments,
-                  const std::vector<std::string>& environment, const std::string& interruptAfter)
+                  const std::vector<std::string>& environment, const std::string& interruptAfter,
+                  const std::string& inputFile)
 {
     QProcess process;
+    if (!inputFile.empty())
+        process.setStandardInputFile(QString::fromStdString(inputFile));
     QStringList list;
     for (const std::string& argument : arguments)
         list << QString::fromStdString(argument);

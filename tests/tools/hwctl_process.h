@@ -20,8 +20,9 @@ struct HwctlRun {
 /// Runs hwctl with these arguments, as from a shell with "C" locale.
 /// @param environment further variables, each as NAME=value
 /// @param interruptAfter sends SIGINT once standard output has this text
+/// @param inputFile for standard input; empty for one without anything
 HwctlRun RunHwctl(const std::vector<std::string>& arguments,
                   const std::vector<std::string>& environment = {},
-                  const std::string& interruptAfter = {});
+                  const std::string& interruptAfter = {}, const std::string& inputFile = {});
 
 } // namespace TestSupport

@@ -52,8 +52,8 @@ TEST(WidgetScript, RefusesWhatIsNoStepAndNamesTheLine)
     EXPECT_EQ(GetRefusal("-1 a plug"), "widget script, line 1: it begins with seconds");
     EXPECT_EQ(GetRefusal("1 a"), "widget script, line 1: a path and a verb follow the seconds");
     EXPECT_EQ(GetRefusal("1 a fly"), "widget script, line 1: there is no verb 'fly'");
-    EXPECT_EQ(GetRefusal("1 a press"), "widget script, line 1: press takes 1 numbers");
-    EXPECT_EQ(GetRefusal("1 a press 1 2"), "widget script, line 1: press takes 1 numbers");
+    EXPECT_EQ(GetRefusal("1 a press"), "widget script, line 1: press takes one number");
+    EXPECT_EQ(GetRefusal("1 a press 1 2"), "widget script, line 1: press takes one number");
     EXPECT_EQ(GetRefusal("1 a press x"), "widget script, line 1: only numbers follow the verb");
     EXPECT_EQ(GetRefusal("2 a plug\n1 a plug"),
               "widget script, line 2: it is earlier than the line before");

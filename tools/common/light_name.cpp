@@ -106,4 +106,12 @@ std::string FormatBar(uires16 level, unsigned width)
     return "[" + std::string(filled, '#') + std::string(width - filled, ' ') + "]";
 }
 
+std::string FormatLight(ConsoleLightId id, uires16 level, unsigned barWidth)
+{
+    constexpr std::size_t NameWidth = 22;
+    std::string name = GetLightName(id);
+    name.resize(NameWidth, ' ');
+    return name + ' ' + FormatBar(level, barWidth) + ' ' + FormatLevel(level);
+}
+
 } // namespace Tools

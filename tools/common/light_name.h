@@ -25,4 +25,7 @@ std::string FormatLevel(uires16 level);
 /// A level from 0 to 100.0 as so many characters, "[####    ]".
 std::string FormatBar(uires16 level, unsigned width);
 
+/// A light's line in a list of bars, "WorkLight              [####    ] 50.0 %".
+std::string FormatLight(Hardware::ConsoleLightId id, uires16 level, unsigned barWidth);
+
 } // namespace Tools

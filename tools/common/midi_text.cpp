@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "common/midi_text.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -194,6 +195,21 @@ unsigned GetShortMessageLength(std::uint32_t message)
     const unsigned status = message & 0xFF;
     return status >= 0xF0 ? Device::systemMessageLength[status & 0x0F]
                           : Device::noteMessageLength[status >> 4];
+}
+
+std::optional<std::uint32_t> PackShortMessage(std::span<const std::uint8_t> bytes)
+{
+    constexpr std::uint8_t StatusBit = 0x80;
+    constexpr std::uint8_t SystemExclusive = 0xF0;
+    if (bytes.empty() || bytes.front() < StatusBit || bytes.front() == SystemExclusive ||
+        bytes.size() != GetShortMessageLength(bytes.front()) ||
+        std::any_of(bytes.begin() + 1, bytes.end(),
+                    [](std::uint8_t byte) { return byte >= StatusBit; }))
+        return std::nullopt;
+    std::uint32_t message = 0;
+    for (std::size_t index = bytes.size(); index > 0; --index)
+        message = message << 8U | bytes[index - 1];
+    return message;
 }
 
 } // namespace Tools

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -18,5 +19,8 @@ std::string DescribeSystemExclusive(std::span<const std::uint8_t> message);
 
 /// Number of bytes of a packed short message.
 unsigned GetShortMessageLength(std::uint32_t message);
+
+/// Bytes that are one whole short message, packed as the library takes it; nothing for others.
+std::optional<std::uint32_t> PackShortMessage(std::span<const std::uint8_t> bytes);
 
 } // namespace Tools

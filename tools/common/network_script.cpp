@@ -96,9 +96,16 @@ const std::map<std::string, Verb>& GetVerbs()
 
 constexpr char Kind[] = "network script";
 
-[[noreturn]] void Refuse(std::size_t line, const std::string& reason)
+/// The verb and what stands behind it. Throws std::invalid_argument with the reason alone.
+void ParseVerb(std::istream& words, Step& step)
 {
-    RefuseScriptLine(Kind, line, reason);
+    const auto verb = GetVerbs().find(step.verb);
+    if (verb == GetVerbs().end())
+        throw std::invalid_argument("there is no verb '" + step.verb + "'");
+    words >> step.word;
+    std::string rest;
+    if (!verb->second.isWord(step.word) || words >> rest)
+        throw std::invalid_argument("what follows '" + step.verb + "' is not what it takes");
 }
 
 Step ParseStep(const std::string& text, std::size_t line)
@@ -107,19 +114,17 @@ Step ParseStep(const std::string& text, std::size_t line)
     Step step{};
     std::string adapter;
     if (!(words >> step.seconds) || !(step.seconds >= 0))
-        Refuse(line, "it begins with seconds");
+        RefuseScriptLine(Kind, line, "it begins with seconds");
     if (!(words >> adapter >> step.verb))
-        Refuse(line, "an adapter and a verb follow the seconds");
+        RefuseScriptLine(Kind, line, "an adapter and a verb follow the seconds");
     if (!IsName(adapter))
-        Refuse(line, "no adapter can have the name '" + adapter + "'");
+        RefuseScriptLine(Kind, line, "no adapter can have the name '" + adapter + "'");
     step.adapter = Standalone::WidenAdapterName(adapter);
-    const auto verb = GetVerbs().find(step.verb);
-    if (verb == GetVerbs().end())
-        Refuse(line, "there is no verb '" + step.verb + "'");
-    words >> step.word;
-    std::string rest;
-    if (!verb->second.isWord(step.word) || words >> rest)
-        Refuse(line, "what follows '" + step.verb + "' is not what it takes");
+    try {
+        ParseVerb(words, step);
+    } catch (const std::invalid_argument& error) {
+        RefuseScriptLine(Kind, line, error.what());
+    }
     return step;
 }
 
@@ -135,6 +140,18 @@ NetworkScript NetworkScript::Parse(const std::string& text)
 NetworkScript NetworkScript::Read(const std::string& file)
 {
     return Parse(ReadWholeFile(file));
+}
+
+NetworkScript::Step NetworkScript::ParseAct(const std::string& adapter, const std::string& text)
+{
+    std::istringstream words(text);
+    Step step{};
+    if (!IsName(adapter))
+        throw std::invalid_argument("no adapter can have the name '" + adapter + "'");
+    step.adapter = Standalone::WidenAdapterName(adapter);
+    words >> step.verb;
+    ParseVerb(words, step);
+    return step;
 }
 
 void NetworkScript::Do(const Step& step, VirtualNetwork& network)

@@ -27,6 +27,10 @@ public:
     /// Reads a file; throws std::runtime_error when it cannot.
     static NetworkScript Read(const std::string& file);
 
+    /// A step without its time: the verb and its word. Throws std::invalid_argument with the
+    /// reason.
+    static Step ParseAct(const std::string& adapter, const std::string& text);
+
     const std::vector<Step>& GetSteps() const { return m_steps; }
     /// Does one step. Throws std::invalid_argument when it cannot be done.
     static void Do(const Step& step, Desk::VirtualNetwork& network);

@@ -2,6 +2,7 @@
 #include "common/script_lines.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -28,7 +29,8 @@ void RefuseScriptLine(const std::string& kind, std::size_t line, const std::stri
 std::string ReadWholeFile(const std::string& file)
 {
     std::ifstream in(file);
-    if (!in)
+    // A directory opens, and reads as nothing.
+    if (!in || std::filesystem::is_directory(file))
         throw std::runtime_error("cannot read '" + file + "'");
     std::ostringstream text;
     text << in.rdbuf();

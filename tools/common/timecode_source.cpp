@@ -57,10 +57,20 @@ TimecodeSource TimecodeSource::Parse(const std::string& text)
         else if (!word.starts_with("start="))
             throw std::invalid_argument("'" + word +
                                         "' is neither start=HH:MM:SS:FF nor backwards");
-        else if (!source.start.fromString(word.substr(6)))
-            throw std::invalid_argument("'" + word.substr(6) + "' is no timecode HH:MM:SS:FF");
+        else
+            source.start = ParseFrame(word.substr(6));
     }
     return source;
+}
+
+Timecode::Frame TimecodeSource::ParseFrame(const std::string& text)
+{
+    Timecode::Frame frame;
+    if (text.find_first_not_of("0123456789:;.") != std::string::npos || !frame.fromString(text))
+        throw std::invalid_argument("'" + text + "' is no timecode HH:MM:SS:FF");
+    if (frame.hours > 23 || frame.minutes > 59 || frame.seconds > 59 || frame.frames >= HighestRate)
+        throw std::invalid_argument("'" + text + "' is no time of a day");
+    return frame;
 }
 
 Timecode::Index TimecodeSource::GetStartIndex() const

@@ -22,6 +22,9 @@ struct TimecodeSource {
 
     /// Reads a description; throws std::invalid_argument that says what is wrong.
     static TimecodeSource Parse(const std::string& text);
+    /// A frame such as "10:20:30:12", with ; for drop frame. Throws std::invalid_argument for any
+    /// other text and for what is no time of a day.
+    static Hardware::Timecode::Frame ParseFrame(const std::string& text);
 
     /// Position of the first frame that StartOn() makes the source emit.
     Hardware::Timecode::Index GetStartIndex() const;

@@ -27,8 +27,13 @@ public:
     /// Reads a file; throws std::runtime_error when it cannot.
     static WidgetScript Read(const std::string& file);
 
+    /// A step without its time: the verb and its numbers. Throws std::invalid_argument with the
+    /// reason.
+    static Step ParseAct(const std::string& path, const std::string& text);
+
     const std::vector<Step>& GetSteps() const { return m_steps; }
-    /// Does one step. Throws std::invalid_argument when there is no widget at its path.
+    /// Does one step. Throws std::invalid_argument when there is no widget at its path, and for
+    /// what the widget's model does not have.
     static void Do(const Step& step, const Desk::WidgetBus& bus);
 
 private:

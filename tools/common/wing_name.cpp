@@ -12,6 +12,8 @@ namespace Tools
 namespace
 {
 
+using Hardware::UmWing;
+
 constexpr unsigned long LargestSerialNumber = 0xFFFF;
 constexpr unsigned long LargestKey = 0xFFFFFFFF;
 
@@ -55,6 +57,25 @@ std::uint32_t ParseWingKey(const std::string& text)
                                     "' is no wing: MODEL/SERIAL, such as PlaybackWing/291, or the "
                                     "number of its key");
     return *model->kind << 16U | static_cast<std::uint32_t>(number);
+}
+
+const std::map<std::string, UmWing::LedState>& GetLedStates()
+{
+    static const std::map<std::string, UmWing::LedState> states{{"off", UmWing::LedState_Off},
+                                                                {"on", UmWing::LedState_On},
+                                                                {"flash", UmWing::LedState_Flash},
+                                                                {"dim", UmWing::LedState_Dim}};
+    return states;
+}
+
+const std::map<std::string, UmWing::WingSections>& GetWingSections()
+{
+    static const std::map<std::string, UmWing::WingSections> sections{
+        {"all", UmWing::WingSections_All},
+        {"left", UmWing::WingSections_Left},
+        {"right", UmWing::WingSections_Right},
+        {"centre", UmWing::WingSections_Centre}};
+    return sections;
 }
 
 } // namespace Tools

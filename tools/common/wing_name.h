@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
+
+#include "widget/um_wing.h"
 
 namespace Tools
 {
@@ -13,5 +16,12 @@ std::string GetWingName(std::uint32_t key);
 /// The key that a name or a number stands for: as above, decimal, or hexadecimal with 0x.
 /// Throws std::invalid_argument for anything else.
 std::uint32_t ParseWingKey(const std::string& text);
+
+/// What somebody writes for the states of a LED: off, on, flash, dim.
+const std::map<std::string, Hardware::UmWing::LedState>& GetLedStates();
+
+/// What somebody writes for the sections of a wing that identifies itself: all, left, right,
+/// centre.
+const std::map<std::string, Hardware::UmWing::WingSections>& GetWingSections();
 
 } // namespace Tools

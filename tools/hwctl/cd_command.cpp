@@ -4,10 +4,11 @@
 
 #include "common/cd_step.h"
 #include "desk/cd_drive.h"
-#include "hwctl/cd_facts.h"
 #include "hwctl/cd_follow.h"
 #include "hwctl/command.h"
 #include "hwctl/exit_code.h"
+#include "watch/cd_facts.h"
+#include "watch/cd_transport.h"
 
 namespace Hwctl
 {
@@ -26,8 +27,7 @@ struct Arguments {
     bool json = false;
 };
 
-/// Does steps one after another and prints what came of each. The player tells of no failure, so
-/// what can be known before is looked at before, and the drive is asked afterwards.
+/// Does steps one after another and prints what came of each.
 class CdWork
 {
 public:
@@ -35,23 +35,24 @@ public:
 
     void Do(const CdStep& step)
     {
-        const std::string problem = FindCdProblem();
+        const std::string problem = Tools::FindCdProblem();
         if (!problem.empty())
             throw CommandError(problem);
         switch (step.verb) {
         case CdStep::Verb::Status:
             break;
         case CdStep::Verb::Contents:
-            Print(GetCdContents(m_player), DescribeCdContents);
+            Print(Tools::GetCdContents(m_player), Tools::DescribeCdContents);
             return;
         case CdStep::Verb::Follow:
             Follow(step.seconds);
             return;
         default:
-            Work(step);
+            Tools::DoCdStep(m_player, step);
+            Tools::CheckCdStep(m_player, step);
             break;
         }
-        Print(GetCdStatus(m_player), DescribeCdStatus);
+        Print(Tools::GetCdStatus(m_player), Tools::DescribeCdStatus);
     }
 
 private:
@@ -65,86 +66,6 @@ private:
     {
         const std::size_t frames = FollowCd(m_player, seconds, m_printer);
         m_printer.PrintSummary(std::to_string(frames) + " frames", {{"frames", frames}});
-    }
-
-    void Work(const CdStep& step)
-    {
-        switch (step.verb) {
-        case CdStep::Verb::Play:
-            m_player.Play();
-            break;
-        case CdStep::Verb::PlayTrack:
-            PlayTrack(step.number);
-            break;
-        case CdStep::Verb::PlayTime:
-            PlayTime(step.number);
-            break;
-        case CdStep::Verb::Next:
-            m_player.NextTrack();
-            break;
-        case CdStep::Verb::Previous:
-            m_player.PreviousTrack();
-            break;
-        case CdStep::Verb::Jog:
-            Jog(step.number);
-            break;
-        case CdStep::Verb::Resume:
-            Pause(CdPlayer::Status_Playing, "nothing is paused");
-            break;
-        case CdStep::Verb::Pause:
-            Pause(CdPlayer::Status_Paused, "nothing plays");
-            return;
-        default: // stop
-            m_player.Stop();
-            return;
-        }
-        if (m_player.GetStatus() != CdPlayer::Status_Playing)
-            throw CommandError("the drive does not play");
-    }
-
-    void PlayTrack(int track)
-    {
-        const int last = m_player.GetTrackCount();
-        if (track < 1 || track > last)
-            throw CommandError("there is no track " + std::to_string(track) + ", the last one is " +
-                               std::to_string(last));
-        m_player.PlayTrack(track);
-    }
-
-    void PlayTime(int frames)
-    {
-        const CdTime end = m_player.GetDiscLength();
-        if (frames < 0 || frames >= end.GetRawFrameCount())
-            throw CommandError("the disc goes from 00:00:00 to " + ToText(end));
-        CdTime time;
-        time.SetRawFrameCount(frames);
-        m_player.PlayTime(time);
-    }
-
-    /// Only while the disc plays: the player takes the place of a paused one for 0.
-    void Jog(int frames)
-    {
-        if (m_player.GetStatus() != CdPlayer::Status_Playing)
-            throw CommandError("nothing plays to jog from");
-        const int target = m_player.GetCurrentDiscTime().GetRawFrameCount() + frames;
-        const CdTime end = m_player.GetDiscLength();
-        if (target < 0 || target >= end.GetRawFrameCount())
-            throw CommandError("the disc goes from 00:00:00 to " + ToText(end));
-        CdTime delta;
-        delta.SetRawFrameCount(frames);
-        m_player.Jog(delta);
-    }
-
-    /// Goes to a status by the player's Pause(), which goes both ways, unless that is the status
-    /// already.
-    void Pause(CdPlayer::Status wanted, const char* complaint)
-    {
-        if (m_player.GetStatus() == CdPlayer::Status_Stopped)
-            throw CommandError(complaint);
-        if (m_player.GetStatus() != wanted)
-            m_player.Pause();
-        if (m_player.GetStatus() != wanted)
-            throw CommandError("the drive does not obey");
     }
 
     const bool m_json;
@@ -162,7 +83,7 @@ int WorkCd(const CommonOptions& options, const Arguments& arguments)
         testbed = std::make_unique<Desk::KernelTestbed>();
         drive = std::make_unique<Desk::CdDrive>(*testbed);
         if (arguments.disc != NoDisc)
-            drive->Insert(MakeVirtualDisc(arguments.disc));
+            drive->Insert(Tools::MakeVirtualDisc(arguments.disc));
     }
     CdWork work(arguments.json);
     for (const CdStep& step : steps)

@@ -7,9 +7,9 @@
 #include <chrono>
 #include <cmath>
 
-#include "hwctl/cd_watch.h"
+#include "common/stop_signals.h"
 #include "hwctl/event_queue.h"
-#include "hwctl/stop_signals.h"
+#include "watch/cd_watch.h"
 
 namespace Hwctl
 {
@@ -29,25 +29,25 @@ std::size_t FollowCd(const CdPlayer& player, double seconds, EventPrinter& print
     QElapsedTimer clock;
     std::size_t frames = 0;
     clock.start();
-    const StopSignals signals([&loop] { loop.quit(); });
+    const Tools::StopSignals signals([&loop] { loop.quit(); });
     const auto getSeconds = [&clock] { return static_cast<double>(clock.nsecsElapsed()) / 1e9; };
     // Last, so that its thread ends before what it reports to.
-    CdWatch watch([](const MonitorEvent&) {},
-                  [&](const Hardware::Timecode::Frame& frame) {
-                      queue.Post([&, frame, now = getSeconds()] {
-                          ++frames;
-                          printer.Print({now,
-                                         CdSource,
-                                         "frameRead",
-                                         frame.toString(),
-                                         {{"number", 0},
-                                          {"hours", frame.hours},
-                                          {"minutes", frame.minutes},
-                                          {"seconds", frame.seconds},
-                                          {"frames", frame.frames},
-                                          {"dropFrame", frame.dropFrame}}});
-                      });
-                  });
+    Tools::CdWatch watch([](const Tools::MonitorEvent&) {},
+                         [&](const Hardware::Timecode::Frame& frame) {
+                             queue.Post([&, frame, now = getSeconds()] {
+                                 ++frames;
+                                 printer.Print({now,
+                                                Tools::CdSource,
+                                                "frameRead",
+                                                frame.toString(),
+                                                {{"number", 0},
+                                                 {"hours", frame.hours},
+                                                 {"minutes", frame.minutes},
+                                                 {"seconds", frame.seconds},
+                                                 {"frames", frame.frames},
+                                                 {"dropFrame", frame.dropFrame}}});
+                             });
+                         });
     QTimer check;
     QObject::connect(&check, &QTimer::timeout, &loop, [&] {
         if (player.GetStatus() == CdPlayer::Status_Stopped)

@@ -31,6 +31,8 @@ void AddBacklightCommand(CLI::App& app, const CommonOptions& options, Action& ac
 void AddLightsCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddLinksCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddCdCommand(CLI::App& app, const CommonOptions& options, Action& action);
+/// Works on virtual devices in any case, and says so in the options.
+void AddDeskCommand(CLI::App& app, CommonOptions& options, Action& action);
 void AddListCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddLtcCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& action);

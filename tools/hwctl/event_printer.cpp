@@ -16,7 +16,7 @@ constexpr int SourceWidth = 20;
 
 EventPrinter::EventPrinter(bool json, std::FILE* out) : m_json(json), m_out(out) {}
 
-void EventPrinter::Print(const MonitorEvent& event)
+void EventPrinter::Print(const Tools::MonitorEvent& event)
 {
     if (m_json) {
         nlohmann::json line = event.facts;

@@ -5,17 +5,10 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "watch/event.h"
+
 namespace Hwctl
 {
-
-/// One signal on its way to the screen.
-struct MonitorEvent {
-    double seconds;       ///< since the monitor started
-    std::string source;   ///< such as "midi Stage Keyboard" or "timecode sim 1"
-    std::string signal;   ///< the signal's name
-    std::string text;     ///< what it says
-    nlohmann::json facts; ///< fields of its own, for JSON only
-};
 
 /// Prints events as aligned text or as JSON, one line each, and flushes each line.
 class EventPrinter
@@ -23,7 +16,7 @@ class EventPrinter
 public:
     EventPrinter(bool json, std::FILE* out);
 
-    void Print(const MonitorEvent& event);
+    void Print(const Tools::MonitorEvent& event);
     /// Prints the line that ends a run: @p text, or @p facts under "summary".
     void PrintSummary(const std::string& text, const nlohmann::json& facts);
 

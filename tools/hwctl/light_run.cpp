@@ -2,18 +2,16 @@
 #include "hwctl/light_run.h"
 
 #include <QTimer>
-#include <array>
-#include <cstdint>
 #include <cstdio>
 
 #include "common/light_name.h"
+#include "common/light_work.h"
+#include "common/stop_signals.h"
 #include "desk/light_levels.h"
 #include "hardware/console_light_fading.h"
 #include "hardware/console_light_things.h"
 #include "hardware/wing_mapper.h"
-#include "hwctl/stop_signals.h"
 #include "os/platform.h"
-#include "os/post.h"
 #include "standalone/light_settings.h"
 #include "standalone/messages.h"
 
@@ -33,32 +31,12 @@ using Tools::LightStep;
 /// Fades step every 50 ms; nothing for so long means that none runs.
 constexpr qint64 StillMilliseconds = 700;
 constexpr int LookMilliseconds = 50;
-/// How often a thread that may just be falling asleep is woken for a fade.
-constexpr int MostWakes = 5;
 constexpr unsigned BarWidth = 40;
-
-// The application's message of a pressed key, and the key's code.
-constexpr std::uint32_t KeyMessage = 11;
-constexpr std::uint32_t WorkLightKey = 473U << 16U; // the code is the word's upper half
-
-void PressWorkLightKey()
-{
-    const std::array<std::uint32_t, 2> words{KeyMessage, WorkLightKey};
-    Os::Post(Gut::Message(words.data(), sizeof words), 3);
-    Standalone::DeliverMessages();
-}
 
 void Announce(bool fade)
 {
     Standalone::AnnounceLightSettings(fade);
     Standalone::DeliverMessages();
-}
-
-bool MayFade(LightStep::Kind kind)
-{
-    using Kind = LightStep::Kind;
-    return kind == Kind::Fade || kind == Kind::Start || kind == Kind::Sleep || kind == Kind::Open ||
-           kind == Kind::Close || kind == Kind::Change;
 }
 
 ConsoleLightId ToLight(unsigned number)
@@ -106,12 +84,12 @@ void LightRun::ConnectLights()
         Qt::DirectConnection);
 }
 
-void LightRun::Start()
+/// Ahead of the console's start, which makes connections of its own.
+void LightRun::Disconnect()
 {
     for (const QMetaObject::Connection& connection : m_connections)
         QObject::disconnect(connection);
     m_connections.clear();
-    ConsoleLightFading::Begin();
 }
 
 void LightRun::WatchLevels()
@@ -129,22 +107,22 @@ void LightRun::WatchLevels()
         &ConsoleLights::Get(), &ConsoleLights::level_change, &m_context,
         [this](ConsoleLightId id) {
             const uires16 level = ConsoleLights::Get().get(id);
-            MonitorEvent event{GetSeconds(),
-                               std::string("light ") + Tools::GetLightName(id),
-                               "level_change",
-                               Tools::FormatLevel(level),
-                               {{"light", id}, {"level", level / double(0x10000)}}};
+            Tools::MonitorEvent event{GetSeconds(),
+                                      std::string("light ") + Tools::GetLightName(id),
+                                      "level_change",
+                                      Tools::FormatLevel(level),
+                                      {{"light", id}, {"level", level / double(0x10000)}}};
             m_queue.Post([this, event = std::move(event)] { m_printer.Print(event); });
         },
         Qt::DirectConnection);
     QObject::connect(
         &ConsoleLightFading::Get(), &ConsoleLightFading::sleep_wing, &m_context,
         [this](bool sleep) {
-            MonitorEvent event{GetSeconds(),
-                               "lights",
-                               "sleep_wing",
-                               sleep ? "expansion wings sleep" : "expansion wings wake",
-                               {{"sleep", sleep}}};
+            Tools::MonitorEvent event{GetSeconds(),
+                                      "lights",
+                                      "sleep_wing",
+                                      sleep ? "expansion wings sleep" : "expansion wings wake",
+                                      {{"sleep", sleep}}};
             m_queue.Post([this, event = std::move(event)] { m_printer.Print(event); });
         },
         Qt::DirectConnection);
@@ -152,7 +130,7 @@ void LightRun::WatchLevels()
 
 void LightRun::Run(const std::vector<LightStep>& steps)
 {
-    const StopSignals signals([this] {
+    const Tools::StopSignals signals([this] {
         m_isInterrupted = true;
         m_loop.quit();
     });
@@ -161,10 +139,7 @@ void LightRun::Run(const std::vector<LightStep>& steps)
     for (const LightStep& step : steps) {
         if (m_isInterrupted)
             return;
-        const unsigned stepsBefore = m_steps;
         Do(step);
-        if (MayFade(step.kind))
-            WakeUntilItSteps(stepsBefore);
         if (step.kind != LightStep::Kind::Wait && step.kind != LightStep::Kind::Settle) {
             done += (done.empty() ? "" : " ") + step.text;
         } else if (m_show == Show::Bars) {
@@ -180,74 +155,26 @@ void LightRun::Run(const std::vector<LightStep>& steps)
 
 void LightRun::Do(const LightStep& step)
 {
-    ConsoleLightFading& fading = ConsoleLightFading::Get();
     switch (step.kind) {
-    case LightStep::Kind::Set:
-        ConsoleLights::Get().set(step.light, step.level);
-        break;
-    case LightStep::Kind::Fade:
-        fading.set(step.light, ConsoleLights::Get().get(step.light), step.level, step.milliseconds);
-        fading.activate();
-        break;
-    case LightStep::Kind::Start:
-        Start();
-        break;
-    case LightStep::Kind::End:
-        ConsoleLightFading::End();
-        fading.init_thread(); // for what comes behind
-        break;
-    case LightStep::Kind::Reset:
-        fading.reset();
-        break;
-    case LightStep::Kind::Key:
-        PressWorkLightKey();
-        break;
-    case LightStep::Kind::Sleep:
-        fading.save_screen_activate();
-        break;
-    case LightStep::Kind::Wake:
-        fading.save_screen_reset();
-        break;
-    case LightStep::Kind::Open:
-    case LightStep::Kind::Close:
-        MoveDrawer(step.kind == LightStep::Kind::Open);
-        break;
-    case LightStep::Kind::Apply:
-    case LightStep::Kind::Change:
-        Announce(step.kind == LightStep::Kind::Change);
-        break;
     case LightStep::Kind::Wait:
         Wait(step.milliseconds);
-        break;
+        return;
     case LightStep::Kind::Settle:
         Settle();
+        return;
+    case LightStep::Kind::Start:
+        Disconnect();
+        break;
+    default:
         break;
     }
-}
-
-/// A wake is lost on a thread that is about to fall asleep, which a new one is.
-void LightRun::WakeUntilItSteps(unsigned steps)
-{
-    for (int wakes = 0; m_steps == steps && wakes < MostWakes && !m_isInterrupted; ++wakes) {
-        Wait(LookMilliseconds);
-        if (m_steps == steps)
-            ConsoleLightFading::Get().activate();
-    }
-}
-
-/// By hand where there is a virtual drawer, otherwise as if its wing had told.
-void LightRun::MoveDrawer(bool open)
-{
-    if (m_devices)
-        for (Desk::VirtualWidget* const widget : m_devices->GetBus().GetWidgets())
-            if (widget->GetData().model == "Vex4DeskPlayback" && widget->IsPlugged()) {
-                if (open)
-                    widget->OpenDrawer();
-                else
-                    widget->CloseDrawer();
-                return;
-            }
-    ConsoleLightFading::Get().keyboard_changed(0, 0, open ? 0 : 1);
+    const unsigned before = m_steps;
+    Tools::DoLightStep(step, m_devices ? &m_devices->GetBus() : nullptr);
+    if (Tools::PostsMessages(step))
+        Standalone::DeliverMessages();
+    if (Tools::BeginsFades(step))
+        Tools::WakeUntilItSteps([this, before] { return m_steps != before || m_isInterrupted; },
+                                [this](unsigned milliseconds) { Wait(milliseconds); });
 }
 
 void LightRun::Wait(unsigned milliseconds)
@@ -273,9 +200,7 @@ void LightRun::PrintBars(const std::string& title) const
     std::printf("\nafter %s, %.1f s\n", title.c_str(), GetSeconds());
     for (unsigned number = 0; number < Hardware::ConsoleLightCount; ++number) {
         const ConsoleLightId id = ToLight(number);
-        const uires16 level = lights.get(id);
-        std::printf("  %-22s %s %s\n", Tools::GetLightName(id),
-                    Tools::FormatBar(level, BarWidth).c_str(), Tools::FormatLevel(level).c_str());
+        std::printf("  %s\n", Tools::FormatLight(id, lights.get(id), BarWidth).c_str());
     }
     std::fflush(stdout);
 }

@@ -43,11 +43,9 @@ public:
 
 private:
     void ConnectLights();
-    void Start();
+    void Disconnect();
     void WatchLevels();
     void Do(const Tools::LightStep& step);
-    void WakeUntilItSteps(unsigned steps);
-    void MoveDrawer(bool open);
     void Wait(unsigned milliseconds);
     void Settle();
     void PrintBars(const std::string& title) const;

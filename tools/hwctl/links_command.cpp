@@ -6,16 +6,17 @@
 #include <memory>
 
 #include "common/network_text.h"
+#include "common/stop_signals.h"
+#include "desk/widget_controls.h"
 #include "hwctl/command.h"
-#include "hwctl/desk_watch.h"
 #include "hwctl/event_queue.h"
 #include "hwctl/exit_code.h"
 #include "hwctl/network_player.h"
-#include "hwctl/network_watch.h"
-#include "hwctl/stop_signals.h"
 #include "hwctl/virtual_devices.h"
 #include "standalone/network_source.h"
 #include "standalone/platform_settings.h"
+#include "watch/desk_watch.h"
+#include "watch/network_watch.h"
 
 namespace Hwctl
 {
@@ -37,11 +38,11 @@ nlohmann::json GetBoards(const Desk::WidgetBus& bus)
 {
     nlohmann::json boards = nlohmann::json::array();
     for (const Desk::VirtualWidget* const widget : bus.GetWidgets())
-        if (widget->GetModel().classId == &GUID_DEVINTERFACE_QRTUMLTCD && widget->IsPlugged()) {
+        if (Desk::IsLtcBoard(widget->GetModel()) && widget->IsPlugged()) {
             const std::wstring& path = widget->GetData().path;
-            nlohmann::json board = GetLinkLightFacts(*widget);
+            nlohmann::json board = Tools::GetLinkLightFacts(*widget);
             board["path"] = std::string(path.begin(), path.end());
-            board["text"] = DescribeLinkLights(*widget);
+            board["text"] = Tools::DescribeLinkLights(*widget);
             boards.push_back(board);
         }
     return boards;
@@ -72,12 +73,12 @@ int ShowOnce(const Arguments& arguments, const VirtualDevices* devices)
     nlohmann::json networks = nlohmann::json::array();
     for (const Platform::Protocol protocol :
          {Platform::Protocol_Console, Platform::Protocol_Fixture})
-        if (const auto adapter = FindNetworkAdapter(protocol)) {
-            nlohmann::json network = DescribeNetwork(protocol, *adapter);
+        if (const auto adapter = Tools::FindNetworkAdapter(protocol)) {
+            nlohmann::json network = Tools::DescribeNetwork(protocol, *adapter);
             network["text"] = Tools::DescribeAdapter(*adapter);
             networks.push_back(network);
         }
-    NetworkWatch watch([](const MonitorEvent&) {});
+    Tools::NetworkWatch watch([](const Tools::MonitorEvent&) {});
     watch.Start();
     const nlohmann::json state{
         {"networks", networks},
@@ -97,11 +98,11 @@ int Follow(const Arguments& arguments, VirtualDevices* devices)
     EventQueue queue;
     QElapsedTimer clock;
     clock.start();
-    const EventTaker take = [&](MonitorEvent event) {
+    const Tools::EventTaker take = [&](Tools::MonitorEvent event) {
         event.seconds = static_cast<double>(clock.nsecsElapsed()) / 1e9;
         queue.Post([&printer, event = std::move(event)] { printer.Print(event); });
     };
-    const StopSignals signals([] { QCoreApplication::exit(ExitCode_Success); });
+    const Tools::StopSignals signals([] { QCoreApplication::exit(ExitCode_Success); });
     QTimer end;
     end.setSingleShot(true);
     QObject::connect(&end, &QTimer::timeout, &end,
@@ -112,8 +113,9 @@ int Follow(const Arguments& arguments, VirtualDevices* devices)
     if (!arguments.work.empty())
         player = std::make_unique<NetworkPlayer>(Tools::NetworkScript::Read(arguments.work),
                                                  devices->GetNetwork());
-    const auto desk = devices ? std::make_unique<DeskWatch>(devices->GetBus(), take) : nullptr;
-    NetworkWatch watch(take);
+    const auto desk =
+        devices ? std::make_unique<Tools::DeskWatch>(devices->GetBus(), take) : nullptr;
+    Tools::NetworkWatch watch(take);
     watch.Start();
     if (player)
         player->Start();

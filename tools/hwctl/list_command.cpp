@@ -10,13 +10,13 @@
 #include "hardware/midi/device.h"
 #include "hardware/timecode/enumerations.h"
 #include "hardware/wing_mapper.h"
-#include "hwctl/cd_facts.h"
 #include "hwctl/command.h"
 #include "hwctl/event_printer.h"
 #include "hwctl/exit_code.h"
-#include "hwctl/network_watch.h"
 #include "hwctl/virtual_devices.h"
 #include "kel/text_base.h"
+#include "watch/cd_facts.h"
+#include "watch/network_watch.h"
 #include "widget/ltc_widget.h"
 #include "widget/widget_manager.h"
 #include "xtti/type_reg.h"
@@ -102,8 +102,8 @@ nlohmann::json GetNetworks()
     nlohmann::json list = nlohmann::json::array();
     for (const Platform::Protocol protocol :
          {Platform::Protocol_Console, Platform::Protocol_Fixture})
-        if (const auto adapter = FindNetworkAdapter(protocol)) {
-            nlohmann::json network = DescribeNetwork(protocol, *adapter);
+        if (const auto adapter = Tools::FindNetworkAdapter(protocol)) {
+            nlohmann::json network = Tools::DescribeNetwork(protocol, *adapter);
             network["text"] = Tools::DescribeAdapter(*adapter);
             list.push_back(network);
         }
@@ -120,7 +120,7 @@ nlohmann::json GetInventory()
             {"wings", GetWings()},
             {"ltcBoards", GetLtcBoards()},
             {"networks", GetNetworks()},
-            {"cdDrive", GetCdDrive()},
+            {"cdDrive", Tools::GetCdDrive()},
             {"timecodeDevices", GetTimecodeDevices()},
             {"enumerations", GetEnumerations()}};
 }
@@ -151,7 +151,7 @@ void PrintText(const nlohmann::json& inventory)
                     network["text"].get_ref<const std::string&>().c_str());
     if (inventory["networks"].empty())
         std::puts("  none");
-    std::printf("\nCD drive\n  %s\n", DescribeCdDrive(inventory["cdDrive"]).c_str());
+    std::printf("\nCD drive\n  %s\n", Tools::DescribeCdDrive(inventory["cdDrive"]).c_str());
     std::puts("\nTimecode devices");
     for (const auto& device : inventory["timecodeDevices"])
         std::printf("  %s\n", device["name"].get_ref<const std::string&>().c_str());

@@ -119,6 +119,7 @@ int Run(int argc, char** argv)
     AddLightsCommand(app, options, action);
     AddLinksCommand(app, options, action);
     AddCdCommand(app, options, action);
+    AddDeskCommand(app, options, action);
     AddListCommand(app, options, action);
     AddLtcCommand(app, options, action);
     AddMonitorCommand(app, options, action);

@@ -8,8 +8,8 @@
 #include "common/hex.h"
 #include "common/midi_text.h"
 #include "common/port_name.h"
+#include "common/stop_signals.h"
 #include "hwctl/exit_code.h"
-#include "hwctl/stop_signals.h"
 
 namespace Hwctl
 {
@@ -57,7 +57,7 @@ Monitor::Monitor(const MonitorOptions& options, std::FILE* out)
     if (options.wings)
         AddWings();
     if (options.networks)
-        m_networks = std::make_unique<NetworkWatch>(MakeWidgetTaker(false));
+        m_networks = std::make_unique<Tools::NetworkWatch>(MakeWidgetTaker(false));
     if (options.cd)
         AddCd();
 }
@@ -131,9 +131,9 @@ void Monitor::AddSource(unsigned number, const Tools::TimecodeSource& source)
 }
 
 /// Takes events of widgets; those of wings count as signals, what the desk shows does not.
-EventTaker Monitor::MakeWidgetTaker(bool counts)
+Tools::EventTaker Monitor::MakeWidgetTaker(bool counts)
 {
-    return [this, counts](MonitorEvent event) {
+    return [this, counts](Tools::MonitorEvent event) {
         event.seconds = GetSeconds();
         m_queue.Post([this, counts, event = std::move(event)] {
             m_wingSignals += counts ? 1 : 0;
@@ -144,8 +144,8 @@ EventTaker Monitor::MakeWidgetTaker(bool counts)
 
 void Monitor::AddWings()
 {
-    m_wings = std::make_unique<WingWatch>(MakeWidgetTaker(true), m_options.echo);
-    m_ltc = std::make_unique<LtcWatch>(
+    m_wings = std::make_unique<Tools::WingWatch>(MakeWidgetTaker(true), m_options.echo);
+    m_ltc = std::make_unique<Tools::LtcWatch>(
         MakeWidgetTaker(false), [this](unsigned board, const Frame& frame) {
             PostForeignFrame("timecode ltc " + std::to_string(board), board, frame);
         });
@@ -153,14 +153,14 @@ void Monitor::AddWings()
 
 void Monitor::AddCd()
 {
-    m_cd = std::make_unique<CdWatch>(MakeWidgetTaker(false), [this](const Frame& frame) {
-        PostForeignFrame(CdSource, 0, frame);
+    m_cd = std::make_unique<Tools::CdWatch>(MakeWidgetTaker(false), [this](const Frame& frame) {
+        PostForeignFrame(Tools::CdSource, 0, frame);
     });
 }
 
 void Monitor::WatchDesk(const Desk::WidgetBus& bus)
 {
-    m_desk = std::make_unique<DeskWatch>(bus, MakeWidgetTaker(false));
+    m_desk = std::make_unique<Tools::DeskWatch>(bus, MakeWidgetTaker(false));
 }
 
 /// A frame of a source that is not the monitor's own, and of which it so does not know what is due.
@@ -193,7 +193,7 @@ void Monitor::PrintFrame(const std::string& source, unsigned number, const Frame
 }
 
 /// Hands an event, and what it counts for, to the loop's thread. Any thread.
-void Monitor::Post(MonitorEvent event, std::size_t messages, std::size_t bytes)
+void Monitor::Post(Tools::MonitorEvent event, std::size_t messages, std::size_t bytes)
 {
     const auto take = [this, event = std::move(event), messages, bytes] {
         m_messages += messages;
@@ -287,7 +287,7 @@ void Monitor::StopDevices()
 
 int Monitor::Run()
 {
-    const StopSignals signals([this] { m_loop.quit(); });
+    const Tools::StopSignals signals([this] { m_loop.quit(); });
     m_clock.start();
     m_endTimer.setSingleShot(true);
     QObject::connect(&m_endTimer, &QTimer::timeout, &m_loop, &QEventLoop::quit);

@@ -13,16 +13,16 @@
 #include "common/timecode_source.h"
 #include "hardware/midi/device.h"
 #include "hardware/timecode/device_sim.h"
-#include "hwctl/cd_watch.h"
-#include "hwctl/desk_watch.h"
 #include "hwctl/event_printer.h"
 #include "hwctl/event_queue.h"
-#include "hwctl/ltc_watch.h"
 #include "hwctl/midi_player.h"
 #include "hwctl/network_player.h"
-#include "hwctl/network_watch.h"
 #include "hwctl/widget_player.h"
-#include "hwctl/wing_watch.h"
+#include "watch/cd_watch.h"
+#include "watch/desk_watch.h"
+#include "watch/ltc_watch.h"
+#include "watch/network_watch.h"
+#include "watch/wing_watch.h"
 
 namespace Hwctl
 {
@@ -44,8 +44,8 @@ struct MonitorOptions {
 
 /// Receives MIDI and timecode and prints every signal until something ends it.
 ///
-/// Signals arrive on the devices' threads; there each becomes a MonitorEvent, which the thread of
-/// the event loop prints, so that a slow screen never holds up a device.
+/// Signals arrive on the devices' threads; there each becomes a Tools::MonitorEvent, which the
+/// thread of the event loop prints, so that a slow screen never holds up a device.
 class Monitor
 {
 public:
@@ -81,12 +81,12 @@ private:
     void AddSource(unsigned number, const Tools::TimecodeSource& source);
     void AddWings();
     void AddCd();
-    EventTaker MakeWidgetTaker(bool counts);
+    Tools::EventTaker MakeWidgetTaker(bool counts);
     void PostForeignFrame(const std::string& source, unsigned number,
                           const Hardware::Timecode::Frame& frame);
     void PrintFrame(const std::string& source, unsigned number,
                     const Hardware::Timecode::Frame& frame, double seconds);
-    void Post(MonitorEvent event, std::size_t messages, std::size_t bytes);
+    void Post(Tools::MonitorEvent event, std::size_t messages, std::size_t bytes);
     void PostFrame(unsigned number, const Hardware::Timecode::Frame& frame);
     void TakeFrame(unsigned number, const Hardware::Timecode::Frame& frame, double seconds);
     void StartDevices();
@@ -119,11 +119,11 @@ private:
     // Last, so that their threads end before what they report to.
     std::vector<std::unique_ptr<Hardware::Midi::Device>> m_devices;
     std::unique_ptr<Hardware::Timecode::DeviceSim> m_simulator;
-    std::unique_ptr<WingWatch> m_wings;
-    std::unique_ptr<LtcWatch> m_ltc;
-    std::unique_ptr<NetworkWatch> m_networks;
-    std::unique_ptr<CdWatch> m_cd;
-    std::unique_ptr<DeskWatch> m_desk;
+    std::unique_ptr<Tools::WingWatch> m_wings;
+    std::unique_ptr<Tools::LtcWatch> m_ltc;
+    std::unique_ptr<Tools::NetworkWatch> m_networks;
+    std::unique_ptr<Tools::CdWatch> m_cd;
+    std::unique_ptr<Tools::DeskWatch> m_desk;
 };
 
 } // namespace Hwctl

@@ -3,11 +3,11 @@
 #include <memory>
 
 #include "common/port_name.h"
-#include "hwctl/cd_facts.h"
 #include "hwctl/command.h"
 #include "hwctl/exit_code.h"
 #include "hwctl/monitor.h"
 #include "hwctl/virtual_devices.h"
+#include "watch/cd_facts.h"
 
 namespace Hwctl
 {
@@ -108,7 +108,7 @@ int RunMonitor(const CommonOptions& common, const Arguments& arguments, bool has
     if (!arguments.ltc.empty())
         devices->PlayTimecode(arguments.ltc);
     if (options.cd && devices) {
-        devices->GetCdDrive().Insert(MakeVirtualDisc(arguments.disc));
+        devices->GetCdDrive().Insert(Tools::MakeVirtualDisc(arguments.disc));
         CdPlayer().Play();
     }
     const int code = monitor.Run();

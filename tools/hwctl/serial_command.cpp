@@ -9,12 +9,12 @@
 #include <vector>
 
 #include "common/hex.h"
+#include "common/stop_signals.h"
 #include "hardware/flatpanel_controller/serial.h"
 #include "hwctl/command.h"
 #include "hwctl/exit_code.h"
 #include "hwctl/log_tap.h"
 #include "hwctl/sending.h"
-#include "hwctl/stop_signals.h"
 #include "hwctl/virtual_displays.h"
 
 namespace Hwctl
@@ -174,7 +174,7 @@ int WorkSerial(const CommonOptions& options, const Arguments& arguments)
     const auto displays = testbed ? std::make_unique<VirtualDisplays>(*testbed) : nullptr;
     LogTap tap;
     // Before the port is open, so that it is closed, with its old settings, whatever comes.
-    const StopSignals signals([] { QCoreApplication::exit(ExitCode_Success); });
+    const Tools::StopSignals signals([] { QCoreApplication::exit(ExitCode_Success); });
     Serial serial(arguments.port.c_str());
     const int error =
         serial.Open(arguments.baud, Parities.at(arguments.parity), FlowControls.at(arguments.flow));

@@ -3,9 +3,10 @@
 
 #include "common/script_lines.h"
 #include "desk/audio_file.h"
-#include "hwctl/cd_facts.h"
+#include "desk/widget_controls.h"
 #include "hwctl/command_error.h"
 #include "standalone/platform_settings.h"
+#include "watch/cd_facts.h"
 
 namespace Hwctl
 {
@@ -34,7 +35,7 @@ std::vector<Desk::WidgetData> ReadWidgets(const std::string& file)
 VirtualDevices::VirtualDevices(const std::string& widgetFile)
     : m_sequencer(m_testbed), m_cd(m_testbed)
 {
-    m_cd.Insert(MakeVirtualDisc(""));
+    m_cd.Insert(Tools::MakeVirtualDisc(""));
     for (const char* const name : {"Stage Keyboard", "Show Control"})
         m_ports.push_back(std::make_unique<Desk::MidiPort>(m_testbed, m_sequencer, name));
     for (const Desk::WidgetData& data : ReadWidgets(widgetFile))
@@ -73,7 +74,7 @@ void VirtualDevices::PlayTimecode(const std::string& file)
 {
     Desk::VirtualWidget* board = nullptr;
     for (Desk::VirtualWidget* const widget : m_bus.GetWidgets())
-        if (!board && widget->GetModel().classId == &GUID_DEVINTERFACE_QRTUMLTCD)
+        if (!board && Desk::IsLtcBoard(widget->GetModel()))
             board = widget;
     if (!board)
         throw CommandError("there is no LTC board to play timecode into");

@@ -9,9 +9,9 @@
 #include "hardware/wing_beacon.h"
 #include "hardware/wing_mapper.h"
 #include "hwctl/command.h"
-#include "hwctl/desk_watch.h"
 #include "hwctl/exit_code.h"
 #include "hwctl/virtual_devices.h"
+#include "watch/desk_watch.h"
 
 namespace Hwctl
 {
@@ -33,15 +33,6 @@ struct Arguments {
     std::string beaconSection = "all";
 };
 
-const std::map<std::string, UmWing::LedState> LedStates{{"off", UmWing::LedState_Off},
-                                                        {"on", UmWing::LedState_On},
-                                                        {"flash", UmWing::LedState_Flash},
-                                                        {"dim", UmWing::LedState_Dim}};
-const std::map<std::string, UmWing::WingSections> Sections{{"all", UmWing::WingSections_All},
-                                                           {"left", UmWing::WingSections_Left},
-                                                           {"right", UmWing::WingSections_Right},
-                                                           {"centre", UmWing::WingSections_Centre}};
-
 template <class Value> std::vector<std::string> GetNames(const std::map<std::string, Value>& map)
 {
     std::vector<std::string> names;
@@ -59,7 +50,7 @@ int WorkWing(const CommonOptions& options, const Arguments& arguments,
     const auto devices =
         options.useVirtual ? std::make_unique<VirtualDevices>(options.widgetFile) : nullptr;
     std::size_t outputs = 0;
-    const EventTaker print = [&outputs](const MonitorEvent& event) {
+    const Tools::EventTaker print = [&outputs](const Tools::MonitorEvent& event) {
         // Of a whole section each LED; of more than a screenful only the count.
         constexpr std::size_t Screenful = 60;
         if (++outputs <= Screenful)
@@ -69,7 +60,7 @@ int WorkWing(const CommonOptions& options, const Arguments& arguments,
     const bool isKnown = WingMapper::Get().is_wing_connected(key);
     {
         const auto watch =
-            devices ? std::make_unique<DeskWatch>(devices->GetBus(), print) : nullptr;
+            devices ? std::make_unique<Tools::DeskWatch>(devices->GetBus(), print) : nullptr;
         if (isKnown)
             work(key);
     }
@@ -98,7 +89,7 @@ void AddLedCommand(CLI::App& app, const CommonOptions& options, Action& action)
     CLI::App* const command = AddWingCommand(app, "led", "Set LEDs of a wing", arguments);
     command->add_option("state", arguments->state, "off, on, flash or dim")
         ->required()
-        ->check(CLI::IsMember(GetNames(LedStates)));
+        ->check(CLI::IsMember(GetNames(Tools::GetLedStates())));
     CLI::Option* const pid =
         command->add_option("--part", arguments->pid, "Part id of one LED; all LEDs if not given")
             ->check(CLI::Range(0U, 65535U));
@@ -113,7 +104,7 @@ void AddLedCommand(CLI::App& app, const CommonOptions& options, Action& action)
     command->callback([arguments, pid, section, &options, &action] {
         action = [arguments, pid, section, &options] {
             return WorkWing(options, *arguments, [&](WidgetKey key) {
-                const UmWing::LedState state = LedStates.at(arguments->state);
+                const UmWing::LedState state = Tools::GetLedStates().at(arguments->state);
                 if (pid->count() > 0)
                     WingMapper::Get().set_led(key, static_cast<unsigned short>(arguments->pid),
                                               static_cast<unsigned short>(arguments->mid), state);
@@ -155,11 +146,12 @@ void AddBeaconCommand(CLI::App& app, const CommonOptions& options, Action& actio
     command
         ->add_option("--section", arguments->beaconSection,
                      "all, left, right or centre, where a wing can beacon a section")
-        ->check(CLI::IsMember(GetNames(Sections)));
+        ->check(CLI::IsMember(GetNames(Tools::GetWingSections())));
     command->callback([arguments, &options, &action] {
         action = [arguments, &options] {
             return WorkWing(options, *arguments, [&](WidgetKey key) {
-                Hardware::WingBeacon::Get().beacon(key, Sections.at(arguments->beaconSection));
+                Hardware::WingBeacon::Get().beacon(
+                    key, Tools::GetWingSections().at(arguments->beaconSection));
             });
         };
     });

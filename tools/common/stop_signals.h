@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-namespace Hwctl
+namespace Tools
 {
 
 /// Turns SIGINT and SIGTERM into a call on the thread of the event loop, for as long as it lives.
@@ -22,4 +22,4 @@ private:
     std::unique_ptr<QSocketNotifier> m_notifier;
 };
 
-} // namespace Hwctl
+} // namespace Tools

@@ -4,11 +4,11 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "hwctl/wing_watch.h"
 #include "os/network_adapter_monitor.h"
 #include "os/platform.h"
+#include "watch/event.h"
 
-namespace Hwctl
+namespace Tools
 {
 
 /// Watches the adapters of the console's networks, and works the link lights where the console has
@@ -42,4 +42,4 @@ nlohmann::json DescribeNetwork(Os::Platform::Protocol protocol, const Os::Networ
 /// The adapter that serves a network; none when it was not given one.
 std::optional<Os::NetworkAdapter> FindNetworkAdapter(Os::Platform::Protocol protocol);
 
-} // namespace Hwctl
+} // namespace Tools

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "hwctl/ltc_watch.h"
+#include "watch/ltc_watch.h"
 
 #include <string>
 #include <utility>
 
-namespace Hwctl
+namespace Tools
 {
 
 using Hardware::Timecode::DeviceLtc;
@@ -31,4 +31,4 @@ LtcWatch::LtcWatch(EventTaker take, FrameTaker takeFrame)
         Qt::DirectConnection);
 }
 
-} // namespace Hwctl
+} // namespace Tools

@@ -5,14 +5,11 @@
 #include <functional>
 #include <string>
 
-#include "hwctl/event_printer.h"
+#include "watch/event.h"
 #include "widget/widget_key.h"
 
-namespace Hwctl
+namespace Tools
 {
-
-/// Takes one event to where it is printed; called on the driver's thread. Its time is left open.
-typedef std::function<void(MonitorEvent event)> EventTaker;
 
 /// Watches all wings through the wing mapper and reports each of its signals.
 class WingWatch
@@ -40,4 +37,4 @@ private:
     QObject m_context;
 };
 
-} // namespace Hwctl
+} // namespace Tools

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "hwctl/cd_facts.h"
+#include "watch/cd_facts.h"
 
 #include <fcntl.h>
 #include <linux/cdrom.h>
@@ -13,7 +13,7 @@
 
 #include "desk/cue_sheet.h"
 
-namespace Hwctl
+namespace Tools
 {
 
 namespace
@@ -134,4 +134,4 @@ Desk::CdDisc MakeVirtualDisc(const std::string& sheet)
                          : Desk::ReadCueSheet(sheet);
 }
 
-} // namespace Hwctl
+} // namespace Tools

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "hwctl/wing_watch.h"
+#include "watch/wing_watch.h"
 
 #include <array>
 #include <utility>
@@ -7,7 +7,7 @@
 #include "common/wing_name.h"
 #include "hardware/wing_mapper.h"
 
-namespace Hwctl
+namespace Tools
 {
 
 namespace
@@ -68,7 +68,7 @@ void WingWatch::Report(WidgetKey key, const char* signal, const std::string& tex
                        nlohmann::json facts) const
 {
     facts["key"] = key;
-    m_take({0, "wing " + Tools::GetWingName(key), signal, text, std::move(facts)});
+    m_take({0, "wing " + GetWingName(key), signal, text, std::move(facts)});
 }
 
 void WingWatch::ConnectInputs()
@@ -129,4 +129,4 @@ void WingWatch::Echo(WidgetKey key, unsigned short pid, unsigned short mid, bool
     WingMapper::Get().set_led(key, pid, mid, isPress ? UmWing::LedState_On : UmWing::LedState_Off);
 }
 
-} // namespace Hwctl
+} // namespace Tools

@@ -7,7 +7,7 @@
 #include "desk/cd_disc.h"
 #include "hardware/cd_player.h"
 
-namespace Hwctl
+namespace Tools
 {
 
 /// Where the library looks for the drive.
@@ -36,4 +36,4 @@ std::string ToText(CdTime time);
 /// std::runtime_error for a sheet that is wrong.
 Desk::CdDisc MakeVirtualDisc(const std::string& sheet);
 
-} // namespace Hwctl
+} // namespace Tools

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "hwctl/stop_signals.h"
+#include "common/stop_signals.h"
 
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -8,7 +8,7 @@
 #include <csignal>
 #include <cstdint>
 
-namespace Hwctl
+namespace Tools
 {
 
 namespace
@@ -48,4 +48,4 @@ StopSignals::~StopSignals()
     g_event = -1;
 }
 
-} // namespace Hwctl
+} // namespace Tools

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "hwctl/cd_watch.h"
+#include "watch/cd_watch.h"
 
 #include <utility>
 
-#include "hwctl/cd_facts.h"
-#include "hwctl/command_error.h"
+#include "watch/cd_facts.h"
 
-namespace Hwctl
+namespace Tools
 {
 
 using Hardware::Timecode::DeviceCd;
@@ -34,7 +33,7 @@ CdWatch::CdWatch(EventTaker take, FrameTaker takeFrame)
 void CdWatch::Start()
 {
     if (!m_device.Enable())
-        throw CommandError(FindCdProblem());
+        throw std::runtime_error(FindCdProblem());
 }
 
-} // namespace Hwctl
+} // namespace Tools

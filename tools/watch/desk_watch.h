@@ -5,9 +5,9 @@
 
 #include "desk/virtual_widget.h"
 #include "desk/widget_bus.h"
-#include "hwctl/wing_watch.h"
+#include "watch/event.h"
 
-namespace Hwctl
+namespace Tools
 {
 
 /// What the link LEDs of an LTC board show, such as "console up, gigabit; fixture off".
@@ -26,4 +26,4 @@ private:
     QObject m_context;
 };
 
-} // namespace Hwctl
+} // namespace Tools

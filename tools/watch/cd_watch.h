@@ -4,9 +4,9 @@
 #include <functional>
 
 #include "hardware/timecode/device_cd.h"
-#include "hwctl/wing_watch.h"
+#include "watch/event.h"
 
-namespace Hwctl
+namespace Tools
 {
 
 /// Watches the CD drive and reports each signal of its timecode.
@@ -21,7 +21,7 @@ public:
     CdWatch(const CdWatch&) = delete;
     CdWatch& operator=(const CdWatch&) = delete;
 
-    /// Throws CommandError when there is no drive to open.
+    /// Throws std::runtime_error when there is no drive to open.
     void Start();
     void Stop() { m_device.Disable(); }
 
@@ -34,4 +34,4 @@ private:
 /// What a source of CD timecode is called.
 inline constexpr char CdSource[] = "timecode cd";
 
-} // namespace Hwctl
+} // namespace Tools

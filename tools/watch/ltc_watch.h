@@ -5,9 +5,9 @@
 #include <functional>
 
 #include "hardware/timecode/device_ltc.h"
-#include "hwctl/wing_watch.h"
+#include "watch/event.h"
 
-namespace Hwctl
+namespace Tools
 {
 
 /// Watches all LTC boards and reports each of their signals.
@@ -30,4 +30,4 @@ private:
     Hardware::Timecode::DeviceLtc m_device{nullptr};
 };
 
-} // namespace Hwctl
+} // namespace Tools

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "hwctl/network_watch.h"
+#include "watch/network_watch.h"
 
+#include <stdexcept>
 #include <utility>
 
 #include "common/network_text.h"
 #include "hardware/linklights.h"
-#include "hwctl/command_error.h"
 #include "standalone/network_source.h"
 
-namespace Hwctl
+namespace Tools
 {
 
 using Os::NetworkAdapter;
@@ -38,8 +38,8 @@ public:
                 return;
             }
         if (!adapters.empty())
-            throw CommandError(std::string("the adapters of the ") +
-                               Tools::GetNetworkName(m_protocol) + " network cannot be watched");
+            throw std::runtime_error(std::string("the adapters of the ") +
+                                     GetNetworkName(m_protocol) + " network cannot be watched");
     }
     void Stop() { NetworkAdapterMonitor::Get().Unregister(this); }
 
@@ -51,8 +51,8 @@ public:
 private:
     void Report(const NetworkAdapter& adapter) const
     {
-        m_take({0, std::string("network ") + Tools::GetNetworkName(m_protocol), "Changed",
-                Tools::DescribeAdapter(adapter), DescribeNetwork(m_protocol, adapter)});
+        m_take({0, std::string("network ") + GetNetworkName(m_protocol), "Changed",
+                DescribeAdapter(adapter), DescribeNetwork(m_protocol, adapter)});
     }
 
     const Platform::Protocol m_protocol;
@@ -91,9 +91,9 @@ void NetworkWatch::Stop()
 
 nlohmann::json DescribeNetwork(Platform::Protocol protocol, const NetworkAdapter& adapter)
 {
-    return {{"network", Tools::GetNetworkName(protocol)},
+    return {{"network", GetNetworkName(protocol)},
             {"adapter", Standalone::NarrowAdapterName(adapter.GetName())},
-            {"state", Tools::GetStateName(adapter.GetState())},
+            {"state", GetStateName(adapter.GetState())},
             {"speed", adapter.GetStatistics().speed}};
 }
 
@@ -105,4 +105,4 @@ std::optional<NetworkAdapter> FindNetworkAdapter(Platform::Protocol protocol)
     return adapters.front();
 }
 
-} // namespace Hwctl
+} // namespace Tools

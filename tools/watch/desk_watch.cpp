@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "hwctl/desk_watch.h"
+#include "watch/desk_watch.h"
 
 #include <utility>
 
-namespace Hwctl
+namespace Tools
 {
 
 namespace
@@ -73,4 +73,4 @@ DeskWatch::DeskWatch(const Desk::WidgetBus& bus, const EventTaker& take)
     }
 }
 
-} // namespace Hwctl
+} // namespace Tools

@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+
+// Timecode: simulated sources, and what LTC boards hear.
+
+#include <algorithm>
+#include <map>
+#include <stdexcept>
+
+#include "common/timecode_source.h"
+#include "console/verb.h"
+#include "desk/ltc_time.h"
+
+namespace Console
+{
+
+namespace
+{
+
+using Hardware::Timecode::DeviceSim;
+
+constexpr int MostSources = 99;
+constexpr double HighestRate = 1000;
+constexpr double LongestDropout = 3600;
+
+const std::map<std::string, Hardware::TimecodeFormat> Formats{
+    {"film24", Hardware::TimecodeFormat_Film24},
+    {"ebu25", Hardware::TimecodeFormat_Ebu25},
+    {"ntsc30", Hardware::TimecodeFormat_Ntsc30},
+    {"smpte30", Hardware::TimecodeFormat_Smpte30}};
+
+/// A verb of one source; false for one that takes another form.
+struct SimVerb {
+    const char* usage;
+    std::size_t words; ///< behind the verb
+    std::function<bool(DeviceSim&, unsigned, const std::string&)> act;
+};
+
+const std::map<std::string, SimVerb>& GetSimVerbs()
+{
+    static const std::map<std::string, SimVerb> verbs{
+        {"start",
+         {"sim NUMBER start", 0,
+          [](DeviceSim& sim, unsigned n, const std::string&) { return sim.Start(n); }}},
+        {"stop",
+         {"sim NUMBER stop", 0,
+          [](DeviceSim& sim, unsigned n, const std::string&) { return sim.Stop(n); }}},
+        {"enable",
+         {"sim NUMBER enable", 0,
+          [](DeviceSim& sim, unsigned n, const std::string&) { return sim.Enable(n); }}},
+        {"disable",
+         {"sim NUMBER disable", 0,
+          [](DeviceSim& sim, unsigned n, const std::string&) { return sim.Disable(n); }}},
+        {"rate",
+         {"sim NUMBER rate FRAMES-PER-SECOND", 1,
+          [](DeviceSim& sim, unsigned n, const std::string& word) {
+              return sim.SetRate(n, ToNumber(word, -HighestRate, HighestRate));
+          }}},
+        {"format",
+         {"sim NUMBER format film24|ebu25|ntsc30|smpte30", 1,
+          [](DeviceSim& sim, unsigned n, const std::string& word) {
+              const auto format = Formats.find(word);
+              if (format == Formats.end())
+                  throw std::invalid_argument("'" + word +
+                                              "' is none of film24, ebu25, ntsc30, smpte30");
+              return sim.SetFormat(n, format->second);
+          }}},
+        {"jump",
+         {"sim NUMBER jump HH:MM:SS:FF", 1,
+          [](DeviceSim& sim, unsigned n, const std::string& word) {
+              return sim.Jump(n, Tools::TimecodeSource::ParseFrame(word));
+          }}},
+        {"destroy", {"sim NUMBER destroy", 0, [](DeviceSim& sim, unsigned n, const std::string&) {
+                         const std::list<unsigned> all = sim.GetInstances();
+                         if (std::find(all.begin(), all.end(), n) == all.end())
+                             return false;
+                         sim.Destroy(n);
+                         return true;
+                     }}}};
+    return verbs;
+}
+
+void Create(Session::Parts& parts, unsigned number, const Words& words)
+{
+    CheckCount(words, 3, 3, "sim NUMBER create RATE[,start=HH:MM:SS:FF][,backwards]");
+    const std::list<unsigned> all = parts.simulator.GetInstances();
+    if (std::find(all.begin(), all.end(), number) != all.end())
+        throw std::runtime_error("there is a source " + std::to_string(number) + " already");
+    Tools::TimecodeSource::Parse(words[2]).StartOn(parts.simulator, number);
+}
+
+void DoSim(Session::Parts& parts, const Words& words)
+{
+    CheckCount(words, 2, 3, "sim NUMBER VERB ...");
+    const auto number = static_cast<unsigned>(ToInteger(words[0], 0, MostSources));
+    if (words[1] == "create") {
+        Create(parts, number, words);
+        return;
+    }
+    const auto verb = GetSimVerbs().find(words[1]);
+    if (verb == GetSimVerbs().end())
+        throw std::invalid_argument("a simulated source knows no '" + words[1] + "'");
+    const std::size_t count = verb->second.words + 2;
+    CheckCount(words, count, count, verb->second.usage);
+    if (!verb->second.act(parts.simulator, number, words.back()))
+        throw std::runtime_error("there is no simulated source " + words[0]);
+    if (words[1] == "destroy")
+        parts.ForgetTimecode("sim " + std::to_string(number));
+}
+
+void SendFrame(Desk::VirtualWidget& board, const std::string& word)
+{
+    if (!board.IsPlugged())
+        throw std::runtime_error("the board is not plugged");
+    constexpr unsigned HighestCount = 30;
+    const auto time = Desk::ParseLtcTime(word, HighestCount);
+    if (!time)
+        throw std::invalid_argument("'" + word +
+                                    "' is no time, which is HH:MM:SS:FF, or with ; "
+                                    "for drop frame");
+    board.SendTimecode({time->hours, time->minutes, time->seconds, time->frames, time->dropFrame});
+}
+
+void DoLtc(Session::Parts& parts, const Words& words)
+{
+    CheckCount(words, 2, 4, "ltc PATH play|stop|dropout|frame ...");
+    const std::string& path = words[0];
+    const std::string& verb = words[1];
+    Desk::VirtualWidget& board = parts.desk.GetBoard(path);
+    if (verb == "play") {
+        CheckCount(words, 3, 4, "ltc PATH play FILE [loop]");
+        if (words.size() == 4 && words[3] != "loop")
+            throw std::invalid_argument("behind the file stands loop, or nothing");
+        parts.desk.PlayTimecode(path, ToFile(words[2]), words.size() == 4);
+    } else if (verb == "stop") {
+        CheckCount(words, 2, 2, "ltc PATH stop");
+        parts.desk.StopTimecode(path);
+    } else if (verb == "dropout") {
+        CheckCount(words, 3, 3, "ltc PATH dropout SECONDS");
+        parts.desk.DropTimecode(path, ToNumber(words[2], 0, LongestDropout));
+    } else if (verb == "frame") {
+        CheckCount(words, 3, 3, "ltc PATH frame HH:MM:SS:FF");
+        SendFrame(board, words[2]);
+    } else {
+        throw std::invalid_argument("an LTC board knows no '" + verb + "'");
+    }
+}
+
+} // namespace
+
+void AddTimecodeVerbs(VerbTable& table)
+{
+    std::vector<VerbHelp> help{{"sim NUMBER create RATE[,start=HH:MM:SS:FF][,backwards]",
+                                "makes and starts a simulated source"}};
+    for (const auto& [name, verb] : GetSimVerbs())
+        help.push_back({verb.usage, "works a simulated source"});
+    table.Add("sim", DoSim, help);
+    table.Add("ltc", DoLtc,
+              {{"ltc PATH play FILE [loop]", "plays timecode audio into an LTC board"},
+               {"ltc PATH stop", "ends that"},
+               {"ltc PATH dropout SECONDS", "the board hears nothing for so long"},
+               {"ltc PATH frame HH:MM:SS:FF", "the board delivers one frame"}});
+}
+
+} // namespace Console

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#include <unistd.h>
+
+#include <cstdio>
+#include <memory>
+
+#include "common/script_lines.h"
+#include "common/timecode_source.h"
+#include "console/script.h"
+#include "desk/desk_data.h"
+#include "hwctl/command.h"
+#include "hwctl/desk_run.h"
+#include "hwctl/exit_code.h"
+
+namespace Hwctl
+{
+
+namespace
+{
+
+constexpr char Input[] = "-";
+
+struct Arguments {
+    std::string file;
+    std::vector<std::string> scripts;
+    std::vector<std::string> lines;
+    std::vector<std::string> until;
+    double within = 10;
+    double seconds = 0;
+    bool check = false;
+    bool verbs = false;
+    std::string state;
+    bool json = false;
+    bool isQuiet = false;
+    bool isLive = false;
+};
+
+int PrintVerbs()
+{
+    for (const Console::VerbHelp& help : Console::Session::GetVerbs())
+        std::printf("%-52s %s\n", help.usage.c_str(), help.text.c_str());
+    std::puts("wait SECONDS                                         waits");
+    std::puts("expect PATH =|!=|<|>|<=|>= VALUE                     fails unless it holds");
+    std::puts("until PATH =|!=|<|>|<=|>= VALUE [within SECONDS]     waits until it holds");
+    std::puts("show PATH                                            prints what stands there");
+    return ExitCode_Success;
+}
+
+void AddScript(DeskRunOptions& options, const std::string& file)
+{
+    if (file == Input) {
+        options.readsInput = true;
+        return;
+    }
+    const auto lines = Console::ParseDeskScript(Tools::ReadWholeFile(file));
+    if (lines.empty())
+        throw std::invalid_argument("'" + file + "' has no line to do");
+    for (const Console::ScriptLine& line : lines)
+        options.lines.push_back({line.text, file + ":" + std::to_string(line.number)});
+}
+
+DeskRunOptions MakeOptions(const Arguments& arguments, bool hasSeconds, bool hasState,
+                           bool logsToErrors)
+{
+    DeskRunOptions options;
+    options.json = arguments.json;
+    options.isQuiet = arguments.isQuiet;
+    options.isLive = arguments.isLive && DeskScreen::IsTerminal(stdout);
+    options.logsToScreen = logsToErrors && isatty(STDERR_FILENO) == 1;
+    for (const std::string& script : arguments.scripts)
+        AddScript(options, script);
+    for (const std::string& line : arguments.lines)
+        options.lastLines.push_back({line, "--do"});
+    if (!arguments.until.empty()) {
+        Console::Condition::Parse(arguments.until); // before anything is started
+        std::string line = "until";
+        for (const std::string& word : arguments.until)
+            line += " " + Console::Quote(word);
+        options.lastLines.push_back(
+            {line + " within " + std::to_string(arguments.within), "--until"});
+    }
+    if (hasSeconds)
+        options.seconds = arguments.seconds;
+    if (hasState)
+        options.state = arguments.state;
+    options.isEndless = options.lines.empty() && options.lastLines.empty() && !options.readsInput &&
+                        !hasSeconds && !hasState;
+    return options;
+}
+
+int RunDesk(const Arguments& arguments, bool hasSeconds, bool hasState, bool logsToErrors)
+{
+    if (arguments.verbs)
+        return PrintVerbs();
+    if (arguments.file.empty())
+        throw std::invalid_argument("a desk file, please; data/desk has some");
+    const Desk::DeskData data = Desk::ReadDesk(arguments.file);
+    for (const std::string& source : data.simulate)
+        Tools::TimecodeSource::Parse(source); // before anything is started
+    if (arguments.check) {
+        std::printf("%s: %s\n", arguments.file.c_str(), data.name.c_str());
+        return ExitCode_Success;
+    }
+    return DeskRun(data, MakeOptions(arguments, hasSeconds, hasState, logsToErrors)).Run();
+}
+
+void AddOptions(CLI::App& command, Arguments& arguments)
+{
+    command.add_option("file", arguments.file, "Desk file; data/desk has some");
+    command
+        .add_option("--script", arguments.scripts,
+                    "Script to do, a line after the other, - for standard input; may be repeated")
+        ->allow_extra_args(false);
+    command
+        .add_option("--do", arguments.lines, "One line to do behind the scripts; may be repeated")
+        ->allow_extra_args(false);
+    CLI::Option* const until =
+        command
+            .add_option("--until", arguments.until,
+                        "PATH OPERATOR VALUE: waits at the end until this holds, and fails when it "
+                        "does not come to")
+            ->expected(3);
+    command.add_option("--within", arguments.within, "Seconds that --until waits; 10 if not given")
+        ->check(CLI::Range(0.0, 1e6))
+        ->needs(until);
+    command.add_flag("--check", arguments.check, "Only read the desk file");
+    command.add_flag("--verbs", arguments.verbs, "List what a line can be");
+    command.add_flag("--quiet", arguments.isQuiet, "Print no signals");
+    command.add_flag("--live", arguments.isLive,
+                     "Draw timecode, lights and the last signals again and again, where the output "
+                     "is a terminal; print lines otherwise");
+    command.add_flag("--json", arguments.json, "Print JSON, one object a line");
+}
+
+} // namespace
+
+void AddDeskCommand(CLI::App& app, CommonOptions& options, Action& action)
+{
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* const command = app.add_subcommand(
+        "desk", "Run a virtual desk from a file, with a console's application on it");
+    AddOptions(*command, *arguments);
+    CLI::Option* const seconds = command
+                                     ->add_option("--for", arguments->seconds,
+                                                  "Go on for so many seconds behind the last line")
+                                     ->check(CLI::Range(0.0, 1e6));
+    CLI::Option* const state =
+        command
+            ->add_option("--state", arguments->state,
+                         "Print what the desk shows at the end, or the part at a path")
+            ->expected(0, 1);
+    command->callback([arguments, seconds, state, &options, &action] {
+        options.useVirtual = !arguments->verbs && !arguments->check;
+        action = [arguments, seconds, state, &options] {
+            return RunDesk(*arguments, seconds->count() > 0, state->count() > 0,
+                           options.logSink == "stderr");
+        };
+    });
+}
+
+} // namespace Hwctl
