@@ -43,4 +43,8 @@ if(TARGET hwctl)
         FILES_MATCHING PATTERN "*.flac")
     install(DIRECTORY data/cd DESTINATION ${CMAKE_INSTALL_DATADIR}/hardware COMPONENT tools
         FILES_MATCHING PATTERN "*.cue")
+    install(DIRECTORY data/desk DESTINATION ${CMAKE_INSTALL_DATADIR}/hardware COMPONENT tools
+        FILES_MATCHING PATTERN "*.json")
+    install(TARGETS virtual-desk COMPONENT tools)
+    install(FILES docs/man/virtual-desk.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
 endif()

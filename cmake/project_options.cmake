@@ -32,6 +32,15 @@ elseif(HARDWARE_SANITIZE)
     message(FATAL_ERROR "HARDWARE_SANITIZE is '${HARDWARE_SANITIZE}': use address or thread")
 endif()
 if(HARDWARE_SANITIZE)
-    target_compile_options(project_options INTERFACE ${sanitizers} -fno-omit-frame-pointer)
+    # Of debug information, what reports need: functions and lines.
+    target_compile_options(project_options INTERFACE ${sanitizers} -fno-omit-frame-pointer -g1)
     target_link_options(project_options INTERFACE ${sanitizers})
 endif()
+
+# hardware_precompile(<target> <header>...): headers that cost a target most of its compile time.
+# Only where a sanitizer is built in: other builds see that every source includes what it uses.
+function(hardware_precompile target)
+    if(HARDWARE_SANITIZE)
+        target_precompile_headers(${target} PRIVATE ${ARGN})
+    endif()
+endfunction()
