@@ -88,6 +88,7 @@ struct LtcGenerator::Private {
     std::vector<float> pending; ///< encoded and not yet read
     std::size_t next = 0;       ///< in pending
     std::uint64_t position = 0; ///< of the next sample; those cut away count
+    std::uint64_t silence = 0;  ///< samples of a silence that are still to come
     bool leadInDone = false;
     bool leadOutDone = false;
     bool isCut = false; ///< the sample before was cut away
@@ -108,17 +109,23 @@ bool LtcGenerator::Private::Refill()
 {
     pending.clear();
     next = 0;
-    const auto silence = [this](double seconds) {
-        pending.resize(static_cast<std::size_t>(seconds * settings.sampleRate));
+    const auto begin = [this](double seconds) {
+        silence = static_cast<std::uint64_t>(seconds * settings.sampleRate);
     };
-    if (!std::exchange(leadInDone, true))
-        silence(settings.leadIn);
-    else if (!encoder.IsAtEnd())
-        encoder.Append(pending);
-    else if (!std::exchange(leadOutDone, true))
-        silence(settings.leadOut);
-    else
-        return false;
+    if (silence == 0) {
+        if (!std::exchange(leadInDone, true))
+            begin(settings.leadIn);
+        else if (!encoder.IsAtEnd())
+            encoder.Append(pending);
+        else if (!std::exchange(leadOutDone, true))
+            begin(settings.leadOut);
+        else
+            return false;
+    }
+    // Not all of it at once: a day of silence would fill the memory.
+    const auto piece = std::min<std::uint64_t>(silence, settings.sampleRate);
+    pending.resize(pending.size() + piece);
+    silence -= piece;
     return true;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "desk/ltc_generator.h"
 
+#include <sys/resource.h>
+
 #include <limits>
 #include <numeric>
 #include <stdexcept>
@@ -123,6 +125,24 @@ TEST(LtcGenerator, GivesTheSameInBlocksOfAnyLength)
         EXPECT_EQ(audio.samples, expected.samples);
         EXPECT_EQ(audio.discontinuities, expected.discontinuities);
     }
+}
+
+/// The most memory that this process has had so far, in KiB.
+long GetPeakMemory()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
+TEST(LtcGenerator, HoldsNoMoreOfASilenceThanItIsAskedFor)
+{
+    LtcGenerator generator({.frames = 1, .sampleRate = 192000, .leadIn = 600});
+    const long before = GetPeakMemory();
+    std::vector<float> samples(1920, 1.0F);
+    EXPECT_EQ(generator.Read(samples).samples, samples.size());
+    EXPECT_EQ(GetPower(samples), 0);
+    EXPECT_LT(GetPeakMemory() - before, 100'000); // all of it would be 460 MB
 }
 
 TEST(LtcGenerator, EndsWhenStopped)

@@ -55,10 +55,12 @@ std::vector<std::string> GetLinkLines(const HwctlRun& run, const std::string& so
     return texts;
 }
 
-constexpr char Day[] = "0.01 eth0 down\n"
-                       "0.02 eth0 up\n"
-                       "0.03 eth1 speed 1000000000\n"
-                       "0.04 eth1 remove\n";
+constexpr char Day[] = "0.1 eth0 down\n"
+                       "0.3 eth0 up\n"
+                       "0.5 eth1 speed 1000000000\n"
+                       "0.7 eth1 remove\n";
+/// Longer than a day by far, for machines that are busy.
+constexpr char DaySeconds[] = "3";
 
 } // namespace
 
@@ -124,7 +126,7 @@ TEST_F(HwctlLinks, AnotherModelLeavesTheBoardAlone)
 
 TEST_F(HwctlLinks, FollowEveryChange)
 {
-    const auto run = RunHwctl({"--virtual", "links", "--work", Write(Day), "--for", "0.5"});
+    const auto run = RunHwctl({"--virtual", "links", "--work", Write(Day), "--for", DaySeconds});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.err, "");
     EXPECT_THAT(GetLinkLines(run, "network console"),
@@ -153,7 +155,7 @@ TEST_F(HwctlLinks, FollowUntilInterrupted)
 TEST_F(HwctlLinks, AStepThatCannotBeDoneFailsTheRun)
 {
     const auto run = RunHwctl(
-        {"--virtual", "links", "--work", Write("0 eth7 up\n0.01 eth0 down"), "--for", "0.3"});
+        {"--virtual", "links", "--work", Write("0 eth7 up\n0.01 eth0 down"), "--for", DaySeconds});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_EQ(run.err, "hwctl: there is no network adapter 'eth7'\n");
     EXPECT_THAT(GetLinkLines(run, "network console"), Contains("eth0 down"));
@@ -161,8 +163,8 @@ TEST_F(HwctlLinks, AStepThatCannotBeDoneFailsTheRun)
 
 TEST_F(HwctlLinks, MonitorPrintsNetworksAndLights)
 {
-    const auto run = RunHwctl(
-        {"--virtual", "--console", "8", "monitor", "--work-network", Write(Day), "--for", "0.5"});
+    const auto run = RunHwctl({"--virtual", "--console", "8", "monitor", "--work-network",
+                               Write(Day), "--for", DaySeconds});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_THAT(GetLinkLines(run, "network fixture"),
                 ElementsAre("eth1 up, 100 Mbit/s", "eth1 up, 1 Gbit/s", "eth1 absent"));
