@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <utility>
 
 #include "common/hex.h"
 #include "common/midi_text.h"
@@ -145,10 +146,18 @@ Tools::EventTaker Monitor::MakeWidgetTaker(bool counts)
 void Monitor::AddWings()
 {
     m_wings = std::make_unique<Tools::WingWatch>(MakeWidgetTaker(true), m_options.echo);
-    m_ltc = std::make_unique<Tools::LtcWatch>(
-        MakeWidgetTaker(false), [this](unsigned board, const Frame& frame) {
-            PostForeignFrame("timecode ltc " + std::to_string(board), board, frame);
-        });
+    const auto report = [this, take = MakeWidgetTaker(false)](Tools::MonitorEvent event) {
+        const bool isNewBoard = event.signal == "deviceAdded";
+        take(std::move(event));
+        if (isNewBoard)
+            m_queue.Post([this] {
+                if (const auto tape = std::exchange(m_tape, nullptr))
+                    tape();
+            });
+    };
+    m_ltc = std::make_unique<Tools::LtcWatch>(report, [this](unsigned board, const Frame& frame) {
+        PostForeignFrame("timecode ltc " + std::to_string(board), board, frame);
+    });
 }
 
 void Monitor::AddCd()

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -65,6 +66,10 @@ public:
     /// Does things to virtual network adapters while the monitor runs.
     void SetNetworkPlayer(NetworkPlayer* player) { m_networkPlayer = player; }
 
+    /// Called on the loop's thread as soon as an LTC board is heard, so that none of what it plays
+    /// is missed.
+    void SetTape(std::function<void()> play) { m_tape = std::move(play); }
+
     /// Runs, prints the summary and returns an ExitCode: failure when anything was dropped.
     int Run();
 
@@ -109,6 +114,7 @@ private:
     int m_idleChecks = 0;
 
     // On the loop's thread only.
+    std::function<void()> m_tape; // empty once it plays
     std::map<unsigned, Source> m_sources;
     std::size_t m_messages = 0;
     std::size_t m_bytes = 0;

@@ -105,8 +105,10 @@ int RunMonitor(const CommonOptions& common, const Arguments& arguments, bool has
     monitor.SetNetworkPlayer(networkPlayer.get());
     if (devices)
         monitor.WatchDesk(devices->GetBus());
-    if (!arguments.ltc.empty())
-        devices->PlayTimecode(arguments.ltc);
+    if (!arguments.ltc.empty()) {
+        devices->LoadTimecode(arguments.ltc);
+        monitor.SetTape([&devices] { devices->PlayTimecode(); });
+    }
     if (options.cd && devices) {
         devices->GetCdDrive().Insert(Tools::MakeVirtualDisc(arguments.disc));
         CdPlayer().Play();

@@ -70,20 +70,29 @@ Desk::VirtualWidget* VirtualDevices::FindWidget(std::uint32_t key) const
     return nullptr;
 }
 
-void VirtualDevices::PlayTimecode(const std::string& file)
+Desk::VirtualWidget* VirtualDevices::FindBoard() const
 {
-    Desk::VirtualWidget* board = nullptr;
     for (Desk::VirtualWidget* const widget : m_bus.GetWidgets())
-        if (!board && Desk::IsLtcBoard(widget->GetModel()))
-            board = widget;
-    if (!board)
+        if (Desk::IsLtcBoard(widget->GetModel()))
+            return widget;
+    return nullptr;
+}
+
+void VirtualDevices::LoadTimecode(const std::string& file)
+{
+    if (!FindBoard())
         throw CommandError("there is no LTC board to play timecode into");
-    const auto send = [board](const Desk::LtcFrame& frame) {
+    m_tape = std::make_unique<Desk::AudioFile>(file);
+}
+
+void VirtualDevices::PlayTimecode()
+{
+    const auto send = [board = FindBoard()](const Desk::LtcFrame& frame) {
         board->SendTimecode({frame.time.hours, frame.time.minutes, frame.time.seconds,
                              frame.time.frames, frame.time.dropFrame});
     };
-    m_ltc = std::make_unique<Desk::LtcPlayer>(std::make_unique<Desk::AudioFile>(file), send,
-                                              Desk::LtcPlayer::LossTaker());
+    m_ltc =
+        std::make_unique<Desk::LtcPlayer>(std::move(m_tape), send, Desk::LtcPlayer::LossTaker());
 }
 
 } // namespace Hwctl

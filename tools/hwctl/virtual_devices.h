@@ -42,12 +42,15 @@ public:
     /// The plugged widget of a key; null when there is none.
     Desk::VirtualWidget* FindWidget(std::uint32_t key) const;
 
-    /// Plays timecode audio into the first LTC board, in real time; throws CommandError when there
-    /// is none, and std::runtime_error when the file cannot be read.
-    void PlayTimecode(const std::string& file);
+    /// Opens timecode audio for the first LTC board; throws CommandError when there is none, and
+    /// std::runtime_error when the file cannot be read.
+    void LoadTimecode(const std::string& file);
+    /// Plays what was loaded, once, in real time.
+    void PlayTimecode();
     void StopTimecode() { m_ltc.reset(); }
 
 private:
+    Desk::VirtualWidget* FindBoard() const;
     void AddAdapters(const std::vector<std::wstring>& names, std::uint64_t speed);
 
     Desk::KernelTestbed m_testbed;
@@ -56,7 +59,8 @@ private:
     Desk::CdDrive m_cd;
     Desk::WidgetBus m_bus;
     Desk::VirtualNetwork m_network;
-    std::unique_ptr<Desk::LtcPlayer> m_ltc; // plays into the bus
+    std::unique_ptr<Desk::AudioSource> m_tape; // until it plays
+    std::unique_ptr<Desk::LtcPlayer> m_ltc;    // plays into the bus
 };
 
 } // namespace Hwctl
