@@ -44,6 +44,11 @@ bool HasDisc(const CdData& data)
 
 } // namespace
 
+void SendTimecode(VirtualWidget& board, const LtcTime& time)
+{
+    board.SendTimecode({time.hours, time.minutes, time.seconds, time.frames, time.dropFrame});
+}
+
 /// A serial line with whoever is at its far end.
 struct VirtualDesk::Line {
     Line(KernelTestbed& testbed, const SerialLineData& data) : port(testbed, data.device)
@@ -197,8 +202,7 @@ void VirtualDesk::PlayTimecode(const std::string& path, const std::string& file,
     const auto send = [&board, borrowed](const LtcFrame& frame) {
         borrowed->place = frame.lastSample;
         if (frame.firstSample >= borrowed->deafUntil)
-            board.SendTimecode({frame.time.hours, frame.time.minutes, frame.time.seconds,
-                                frame.time.frames, frame.time.dropFrame});
+            SendTimecode(board, frame.time);
     };
     const std::lock_guard hold(m_mutex);
     tape->player = std::make_unique<LtcPlayer>(std::move(audio), send, LtcPlayer::LossTaker());

@@ -68,6 +68,14 @@ const std::map<std::string, UmWing::LedState>& GetLedStates()
     return states;
 }
 
+std::optional<std::string> FindLedStateName(int state)
+{
+    for (const auto& [name, value] : GetLedStates())
+        if (static_cast<int>(value) == state)
+            return name;
+    return std::nullopt;
+}
+
 const std::map<std::string, UmWing::WingSections>& GetWingSections()
 {
     static const std::map<std::string, UmWing::WingSections> sections{

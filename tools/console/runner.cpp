@@ -68,7 +68,7 @@ void Runner::DoSoon(std::string line)
 {
     {
         const std::lock_guard hold(m_mutex);
-        if (!m_isBusy || !Mends(line)) {
+        if (!m_current || !Mends(line)) {
             m_lines.push_back({std::move(line), ++m_batches});
             m_changed.notify_all();
             return;
@@ -82,7 +82,7 @@ void Runner::Drop()
     {
         const std::lock_guard hold(m_mutex);
         m_lines.clear();
-        m_isDropped = m_isBusy;
+        m_isDropped = m_current.has_value();
     }
     m_changed.notify_all();
 }
@@ -90,13 +90,14 @@ void Runner::Drop()
 Runner::Progress Runner::GetProgress() const
 {
     const std::lock_guard hold(m_mutex);
-    return {m_current, m_isBusy ? m_session.GetSeconds() - m_begun : 0, m_lines.size()};
+    return {m_current.value_or(""), m_current ? m_session.GetSeconds() - m_begun : 0,
+            m_lines.size()};
 }
 
 bool Runner::IsIdle() const
 {
     const std::lock_guard hold(m_mutex);
-    return m_lines.empty() && !m_isBusy;
+    return m_lines.empty() && !m_current;
 }
 
 /// Waits so long, ticking; false when it was told to stop.
@@ -132,16 +133,14 @@ void Runner::Work()
         m_lines.pop_front();
         m_current = line.text;
         m_begun = m_session.GetSeconds();
-        m_isBusy = true;
         hold.unlock();
         const bool isDone = DoLine(line.text);
         hold.lock();
         if (!isDone && m_atFailure == AtFailure::DropRest)
             std::erase_if(m_lines,
                           [&line](const Line& other) { return other.batch == line.batch; });
-        m_isBusy = false;
         m_isDropped = false;
-        m_current.clear();
+        m_current.reset();
     }
     m_hasEnded = true;
     m_changed.notify_all();

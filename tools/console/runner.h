@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -81,14 +82,13 @@ private:
     const AtFailure m_atFailure;
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
-    std::deque<Line> m_lines;    // guarded by m_mutex
-    std::uint64_t m_batches = 0; // guarded by m_mutex
-    std::string m_current;       // guarded by m_mutex
-    double m_begun = 0;          // by the session's clock, guarded by m_mutex
-    bool m_isBusy = false;       // guarded by m_mutex
-    bool m_isDropped = false;    // the line under way is to end, guarded by m_mutex
-    bool m_isStopping = false;   // guarded by m_mutex
-    bool m_hasEnded = false;     // guarded by m_mutex
+    std::deque<Line> m_lines;             // guarded by m_mutex
+    std::uint64_t m_batches = 0;          // guarded by m_mutex
+    std::optional<std::string> m_current; // the line under way, guarded by m_mutex
+    double m_begun = 0;                   // by the session's clock, guarded by m_mutex
+    bool m_isDropped = false;             // the line under way is to end, guarded by m_mutex
+    bool m_isStopping = false;            // guarded by m_mutex
+    bool m_hasEnded = false;              // guarded by m_mutex
     std::thread m_thread;
 };
 

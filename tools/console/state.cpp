@@ -6,6 +6,7 @@
 
 #include "common/light_name.h"
 #include "common/light_setting.h"
+#include "common/wing_name.h"
 #include "console/parts.h"
 #include "desk/light_levels.h"
 #include "desk/widget_controls.h"
@@ -26,12 +27,10 @@ constexpr double One = 0x10000;
 
 json DescribeLed(int state)
 {
-    constexpr std::array<const char*, 4> Names{"off", "on", "flash", "dim"};
     if (state < 0)
         return nullptr; // nobody has set it
-    return static_cast<std::size_t>(state) < Names.size()
-               ? json(Names.at(static_cast<std::size_t>(state)))
-               : json(state);
+    const std::optional<std::string> name = Tools::FindLedStateName(state);
+    return name ? json(*name) : json(state);
 }
 
 json GetLeds(const Desk::VirtualWidget& widget)

@@ -117,7 +117,7 @@ void SendFrame(Desk::VirtualWidget& board, const std::string& word)
         throw std::invalid_argument("'" + word +
                                     "' is no time, which is HH:MM:SS:FF, or with ; "
                                     "for drop frame");
-    board.SendTimecode({time->hours, time->minutes, time->seconds, time->frames, time->dropFrame});
+    Desk::SendTimecode(board, *time);
 }
 
 void DoLtc(Session::Parts& parts, const Words& words)

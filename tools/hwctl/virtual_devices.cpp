@@ -3,6 +3,7 @@
 
 #include "common/script_lines.h"
 #include "desk/audio_file.h"
+#include "desk/virtual_desk.h"
 #include "desk/widget_controls.h"
 #include "hwctl/command_error.h"
 #include "standalone/platform_settings.h"
@@ -88,8 +89,7 @@ void VirtualDevices::LoadTimecode(const std::string& file)
 void VirtualDevices::PlayTimecode()
 {
     const auto send = [board = FindBoard()](const Desk::LtcFrame& frame) {
-        board->SendTimecode({frame.time.hours, frame.time.minutes, frame.time.seconds,
-                             frame.time.frames, frame.time.dropFrame});
+        Desk::SendTimecode(*board, frame.time);
     };
     m_ltc =
         std::make_unique<Desk::LtcPlayer>(std::move(m_tape), send, Desk::LtcPlayer::LossTaker());

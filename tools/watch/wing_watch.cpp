@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "watch/wing_watch.h"
 
-#include <array>
 #include <utility>
 
 #include "common/wing_name.h"
@@ -32,11 +31,9 @@ std::string DescribeButton(unsigned short pid, unsigned short mid)
     return text;
 }
 
-const char* GetLedText(UmWing::LedState state)
+std::string GetLedText(UmWing::LedState state)
 {
-    constexpr std::array<const char*, 4> texts{"off", "on", "flash", "dim"};
-    const auto index = static_cast<std::size_t>(state);
-    return index < texts.size() ? texts.at(index) : "in an unknown state";
+    return FindLedStateName(static_cast<int>(state)).value_or("in an unknown state");
 }
 
 } // namespace

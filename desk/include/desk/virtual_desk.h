@@ -14,6 +14,7 @@
 #include "desk/flat_panel.h"
 #include "desk/kernel_testbed.h"
 #include "desk/ltc_player.h"
+#include "desk/ltc_time.h"
 #include "desk/midi_port.h"
 #include "desk/physical_memory.h"
 #include "desk/sensor_chip.h"
@@ -26,6 +27,9 @@
 
 namespace Desk
 {
+
+/// Has a board deliver a time that was read off its audio.
+void SendTimecode(VirtualWidget& board, const LtcTime& time);
 
 /// Everything that a desk's data names, as virtual devices. One per process; made after the
 /// platform was configured and before the library first looks.
