@@ -21,7 +21,6 @@
 #include "standalone/messages.h"
 #include "support/log_capture.h"
 #include "support/process_facts.h"
-#include "support/wait.h"
 
 namespace
 {
@@ -221,7 +220,7 @@ TEST_F(FadingLife, TheEndPutsFourLightsOutAtOnce)
     EXPECT_EQ(wing.GetDimmer(3), 0);
     EXPECT_EQ(wing.GetDimmer(4), 0);
     EXPECT_EQ(wing.GetDimmer(5), 0);
-    EXPECT_TRUE(WaitUntil([] { return FindThreads("ConsoleLightFad").empty(); }));
+    EXPECT_TRUE(FindThreads("ConsoleLightFad").empty());
 }
 
 TEST_F(FadingLife, AnEndWithoutAStartPutsThemOutToo)

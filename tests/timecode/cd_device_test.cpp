@@ -224,7 +224,7 @@ TEST_F(CdDevice, DestroyedWhileEnabledClosesAndReports)
     m_device.reset();
     EXPECT_TRUE(wasAsked) << "it still answers";
     EXPECT_EQ(m_drive.CountOpen(), 0);
-    EXPECT_TRUE(WaitUntil([] { return CountCdThreads() == 0; }));
+    EXPECT_EQ(CountCdThreads(), 0U);
     EXPECT_THAT(m_frames.GetEvents(), ElementsAre("added 0", "removed 0"));
 }
 
@@ -240,7 +240,7 @@ TEST_F(CdDevice, ThatASlotDisablesAtOnceStaysDisabled)
     QObject::connect(m_device.get(), &DeviceCd::deviceAdded, [this] { m_device->Disable(); });
     m_device->Enable();
     EXPECT_FALSE(m_device->IsEnabled());
-    EXPECT_TRUE(WaitUntil([] { return CountCdThreads() == 0; }));
+    EXPECT_EQ(CountCdThreads(), 0U);
     EXPECT_EQ(m_drive.CountOpen(), 1) << "the player's";
 }
 
@@ -257,7 +257,7 @@ TEST_F(CdDevice, ThatASlotDisablesAndEnablesAtOnceHasOneThread)
     EXPECT_TRUE(m_device->IsEnabled());
     EXPECT_TRUE(WaitUntil([] { return CountCdThreads() == 1; }));
     EXPECT_TRUE(m_device->Disable());
-    EXPECT_TRUE(WaitUntil([] { return CountCdThreads() == 0; }));
+    EXPECT_EQ(CountCdThreads(), 0U);
 }
 
 TEST_F(CdDevice, ThatASlotEnablesDuringItsDestructionEndsAllTheSame)
@@ -267,7 +267,7 @@ TEST_F(CdDevice, ThatASlotEnablesDuringItsDestructionEndsAllTheSame)
     m_device->Enable();
     m_device.reset();
     EXPECT_EQ(m_drive.CountOpen(), 1) << "the player's";
-    EXPECT_TRUE(WaitUntil([] { return CountCdThreads() == 0; }));
+    EXPECT_EQ(CountCdThreads(), 0U);
 }
 
 TEST_F(CdDevice, SharesTheDriveWithAnother)

@@ -45,7 +45,7 @@ TEST(SimInstance, StopsItsThreadAtItsEnd)
         EXPECT_TRUE(TestSupport::WaitUntil([] { return TestSupport::CountSimThreads() == 1; }));
         clock.Release();
     }
-    EXPECT_TRUE(TestSupport::WaitUntil([] { return TestSupport::CountSimThreads() == 0; }));
+    EXPECT_EQ(TestSupport::CountSimThreads(), 0U);
 }
 
 TEST(SimMain, ReturnsAtOnceWhenTheInstanceIsNotStarted)

@@ -47,7 +47,7 @@ void ExpectNothingLeftBehind(bool traffic)
         ASSERT_TRUE(device.Stop(1));
     }
     EXPECT_EQ(heard, traffic);
-    EXPECT_TRUE(WaitUntil([&] { return CountThreads() <= threads; }));
+    EXPECT_EQ(CountThreads(), threads);
     EXPECT_EQ(CountDescriptors(), descriptors);
 }
 

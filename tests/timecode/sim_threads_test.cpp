@@ -35,9 +35,9 @@ TEST_F(SimThreads, AreOneForEachStartedInstance)
     EXPECT_TRUE(WaitUntil([] { return CountSimThreads() == 2; }));
     clock.Release();
     device->Stop(1);
-    EXPECT_TRUE(WaitUntil([] { return CountSimThreads() == 1; }));
+    EXPECT_EQ(CountSimThreads(), 1U);
     device->Destroy(2);
-    EXPECT_TRUE(WaitUntil([] { return CountSimThreads() == 0; }));
+    EXPECT_EQ(CountSimThreads(), 0U);
 }
 
 TEST_F(SimThreads, CarryAllFramesOfARun)
@@ -123,8 +123,7 @@ TEST_F(SimThreads, EndBeforeTheRemovalOfTheirInstanceIsReported)
     device->SetRate(1, 25.0);
     Start();
     bool gone = false;
-    QObject::connect(device.get(), &Device::deviceRemoved,
-                     [&] { gone = WaitUntil([] { return CountSimThreads() == 0; }); });
+    QObject::connect(device.get(), &Device::deviceRemoved, [&] { gone = CountSimThreads() == 0; });
     clock.Release();
     device->Destroy(1);
     EXPECT_TRUE(gone);
@@ -137,7 +136,7 @@ TEST_F(SimThreads, EndWithTheDevice)
     device->Start(2);
     clock.Release();
     device.reset();
-    EXPECT_TRUE(WaitUntil([] { return CountSimThreads() == 0; }));
+    EXPECT_EQ(CountSimThreads(), 0U);
     EXPECT_EQ(log.GetEvents().size(), 2U) << "two arrivals and no removal";
 }
 
