@@ -22,8 +22,12 @@ namespace Console
 class Runner
 {
 public:
-    /// Told of each command when it is done, on the runner's thread: its text, and what went wrong,
-    /// which is empty when nothing did.
+    /// Called after each line, with its text and what went wrong, which is empty on success.
+    ///
+    /// Queued lines are reported on the runner's thread, in the order in which they were queued. A
+    /// line that DoSoon() does at once is reported on the thread that calls DoSoon(), before that
+    /// call returns; whether the line under way is reported before it or after it is not defined.
+    /// Calls may therefore overlap.
     typedef std::function<void(const std::string& command, const std::string& error)> Done;
 
     /// Takes what a line prints, on the runner's thread.
@@ -48,8 +52,9 @@ public:
     /// Has lines done together: nothing else comes in between, and the rest that a failure drops is
     /// theirs.
     void DoAll(const std::vector<std::string>& lines);
-    /// The same, but a verb that lets a stuck device go is done at once, on the calling thread,
-    /// while another line is under way, which may be waiting for it.
+    /// Queues a line as Do() does, except for a verb that lets a stuck device go: while another
+    /// line is under way, which may be waiting for it, that verb is done at once, on the calling
+    /// thread.
     void DoSoon(std::string line);
     /// Drops the lines that have not begun, and ends the pause that the one under way may be in.
     /// Any thread.
