@@ -34,12 +34,17 @@ protected:
     /// Lets the application's loop run until so many lines were done.
     std::vector<std::string> Await(std::size_t count)
     {
-        for (;;) {
+        EXPECT_TRUE(TestSupport::WaitUntil([&] {
             QCoreApplication::processEvents(QEventLoop::AllEvents, 2);
-            const std::lock_guard hold(m_mutex);
-            if (m_done.size() >= count)
-                return m_done;
-        }
+            return CountDone() >= count;
+        }));
+        const std::lock_guard hold(m_mutex);
+        return m_done;
+    }
+    std::size_t CountDone() const
+    {
+        const std::lock_guard hold(m_mutex);
+        return m_done.size();
     }
     void Take(const std::string& line, const std::string& error)
     {
@@ -48,7 +53,7 @@ protected:
     }
 
 private:
-    std::mutex m_mutex;
+    mutable std::mutex m_mutex;
     std::vector<std::string> m_done; // guarded by m_mutex
 };
 

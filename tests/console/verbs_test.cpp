@@ -258,7 +258,7 @@ TEST_F(TimecodeVerbs, BoardsHearAudioAndSingleFrames)
     EXPECT_EQ(Do("ltc ltc dropout 1"), "no timecode plays into 'ltc'");
     Expect("ltc ltc play " DATA_FOLDER "/ltc/timecode_25fps.flac loop");
     Expect("until \"timecode/ltc 0/frames\" > 4");
-    Expect("ltc ltc dropout 0.2");
+    Expect("ltc ltc dropout 0.8");
     Expect("until \"timecode/ltc 0/lost\" > 0 within 20");
     Expect("ltc ltc stop");
     for (const char* const verb : {"play x.wav", "stop", "dropout 1", "frame 01:02:03:04"})

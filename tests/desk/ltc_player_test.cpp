@@ -18,7 +18,7 @@ namespace
 using namespace Desk;
 using namespace TestSupport;
 
-constexpr std::chrono::seconds Patience(60);
+constexpr std::chrono::seconds Patience(240);
 
 std::unique_ptr<AudioSource> MakeSource(const LtcSettings& settings)
 {

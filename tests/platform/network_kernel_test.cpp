@@ -220,6 +220,8 @@ TEST_F(KernelNetwork, AnOverrunEndsInTheRightState)
 {
     const TestSupport::LogCapture log;
     m_bench->Add("other0");
+    // The kernel reports a new link a little later.
+    ASSERT_TRUE(WaitUntil([] { return ReadState(L"other0") == NetworkAdapter::State_Up; }));
     Blocker blocker;
     ASSERT_TRUE(Monitor().Register(L"other0", 1, &blocker));
     m_bench->SetDown("other0");

@@ -6,8 +6,10 @@
 
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <optional>
 #include <sstream>
+#include <utility>
 
 namespace TestSupport
 {
@@ -51,12 +53,29 @@ std::optional<ThreadStat> ReadThreadStat(const std::filesystem::path& thread)
     return ThreadStat{text.substr(open + 1, close - open - 1), (flags & ExitingFlag) != 0};
 }
 
-/// Calls @p act with the identifier and the name of every thread that is not exiting.
-template <class Act> void ForEachThread(Act act)
+std::map<int, std::string> ListThreadsOnce()
 {
+    std::map<int, std::string> threads;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/task"))
         if (const auto stat = ReadThreadStat(entry.path()); stat && !stat->isExiting)
-            act(std::stoi(entry.path().filename()), stat->name);
+            threads.emplace(std::stoi(entry.path().filename()), stat->name);
+    return threads;
+}
+
+/// Returns the names of all threads that are not exiting, by identifier.
+std::map<int, std::string> ListThreads()
+{
+    // A listing may miss a thread when another one disappears meanwhile, so two must agree. They
+    // need not where threads come and go all the time.
+    constexpr int MostTries = 100;
+    std::map<int, std::string> threads = ListThreadsOnce();
+    for (int i = 0; i < MostTries; ++i) {
+        std::map<int, std::string> again = ListThreadsOnce();
+        if (again == threads)
+            break;
+        threads = std::move(again);
+    }
+    return threads;
 }
 
 } // namespace
@@ -64,18 +83,15 @@ template <class Act> void ForEachThread(Act act)
 std::vector<int> FindThreads(const std::string& name)
 {
     std::vector<int> threads;
-    ForEachThread([&](int thread, const std::string& found) {
+    for (const auto& [thread, found] : ListThreads())
         if (found == name.substr(0, 15))
             threads.push_back(thread);
-    });
     return threads;
 }
 
 std::size_t CountThreads()
 {
-    std::size_t count = 0;
-    ForEachThread([&count](int, const std::string&) { ++count; });
-    return count;
+    return ListThreads().size();
 }
 
 std::size_t CountDescriptors()

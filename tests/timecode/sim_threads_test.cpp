@@ -78,7 +78,7 @@ TEST_F(SimThreads, HaveTheSystemsStackAndScheduling)
     Start();
     Stop();
     EXPECT_EQ(stack, expected);
-    EXPECT_EQ(policy, SCHED_OTHER);
+    EXPECT_EQ(policy, sched_getscheduler(0));
 }
 
 TEST_F(SimThreads, MeetNoLockWhenTheyReport)

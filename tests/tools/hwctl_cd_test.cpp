@@ -55,22 +55,22 @@ TEST(HwctlCd, ShowsTheStatusUnlessToldOtherwise)
 TEST(HwctlCd, DoesStepsOneAfterAnother)
 {
     const auto run = RunCd({"play", "2", "jog", "30", "pause", "pause", "resume", "previous",
-                            "next", "play", "13:45:00", "stop", "status"});
+                            "next", "play", "13:40:00", "stop", "status"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.err, "");
     EXPECT_THAT(
         run.GetLines(),
-        ElementsAre(MatchesRegex("playing, track 2, 05:02:.. on the disc, 00:00:.. in the track"),
+        ElementsAre(MatchesRegex("playing, track 2, 05:0.:.. on the disc, 00:0.:.. in the track"),
                     MatchesRegex("playing, track 2, 05:3.:.. on the disc, 00:3.:.. in the track"),
                     "paused, track 2", "paused, track 2", StartsWith("playing, track 2, 05:3"),
-                    StartsWith("playing, track 1, 00:02:"), StartsWith("playing, track 2, 05:02:"),
+                    StartsWith("playing, track 1, 00:0"), StartsWith("playing, track 2, 05:0"),
                     MatchesRegex("playing, track 4, 13:4.:.. on the disc, 00:3.:.. in the track"),
                     "stopped", "stopped"));
 }
 
 TEST(HwctlCd, FollowsTheTimecodeForAWhile)
 {
-    const auto run = RunCd({"play", "4", "follow", "0.3", "stop"});
+    const auto run = RunCd({"play", "4", "follow", "3", "stop"});
     EXPECT_EQ(run.exitCode, 0);
     const auto lines = run.GetLines();
     ASSERT_GE(lines.size(), 4U);
@@ -81,10 +81,10 @@ TEST(HwctlCd, FollowsTheTimecodeForAWhile)
 
 TEST(HwctlCd, FollowsTheTimecodeToTheEndOfTheDisc)
 {
-    const auto run = RunCd({"play", "23:45:00", "follow", "status"});
+    const auto run = RunCd({"play", "23:42:00", "follow", "status"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.GetLines().back(), "stopped");
-    EXPECT_THAT(run.out, HasSubstr("00:23:45:0"));
+    EXPECT_THAT(run.out, HasSubstr("00:23:4"));
 }
 
 TEST(HwctlCd, FollowsTheTimecodeUntilInterrupted)
@@ -96,7 +96,7 @@ TEST(HwctlCd, FollowsTheTimecodeUntilInterrupted)
 
 TEST(HwctlCd, PrintsJsonObjects)
 {
-    const auto run = RunCd({"--json", "contents", "play", "6", "follow", "0.1", "pause"});
+    const auto run = RunCd({"--json", "contents", "play", "6", "follow", "3", "pause"});
     const auto lines = run.GetLines();
     ASSERT_GE(lines.size(), 5U);
     const auto contents = nlohmann::json::parse(lines[0]);
@@ -162,7 +162,7 @@ TEST(HwctlCd, RefusesWhatItDoesNotUnderstand)
 TEST(HwctlCd, IsASourceOfTheMonitor)
 {
     const auto run =
-        RunHwctl({"--virtual", "monitor", "--cd", "--disc", Sheet, "--for", "2", "--json"});
+        RunHwctl({"--virtual", "monitor", "--cd", "--disc", Sheet, "--for", "4", "--json"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.err, "");
     int added = 0;
@@ -185,7 +185,7 @@ TEST(HwctlCd, IsASourceOfTheMonitor)
 TEST(HwctlCd, PrintsOneFrameASecondWhenTheMonitorHidesThem)
 {
     const auto run =
-        RunHwctl({"--virtual", "monitor", "--cd", "--for", "2", "--hide", "frames", "--json"});
+        RunHwctl({"--virtual", "monitor", "--cd", "--for", "4", "--hide", "frames", "--json"});
     int frames = 0;
     std::set<int> seconds;
     for (const std::string& line : run.GetLines()) {

@@ -51,7 +51,9 @@ HwctlRun RunHwctl(const std::vector<std::string>& arguments,
         while (out.find(interruptAfter) == std::string::npos &&
                process.waitForReadyRead(PatienceMilliseconds))
             out += process.readAllStandardOutput().toStdString();
-        kill(static_cast<pid_t>(process.processId()), SIGINT);
+        // It may have ended by itself; 0 would be everybody in this process group.
+        if (process.processId() > 0)
+            kill(static_cast<pid_t>(process.processId()), SIGINT);
     }
     if (!process.waitForFinished(PatienceMilliseconds)) {
         process.kill();

@@ -155,7 +155,7 @@ TEST_F(HwctlWings, MonitorPrintsWhatHandsDoAndEchoesPresses)
 {
     const std::string script = Write("0 motor press 11\n0 motor release 11\n0 trackball axis 2 1\n"
                                      "0 playback fader 1 9\n0 panel open\n0 expansion unplug\n");
-    const auto run = RunHwctl({"--virtual", "monitor", "--work", script, "--echo", "--for", "1"});
+    const auto run = RunHwctl({"--virtual", "monitor", "--work", script, "--echo", "--for", "4"});
     EXPECT_EQ(run.exitCode, 0);
     const auto lines = run.GetLines();
     for (const char* const text :

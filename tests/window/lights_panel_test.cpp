@@ -168,8 +168,10 @@ TEST_F(LightsWindow, ShowsWhatSerialPanelsAreTold)
     EXPECT_EQ(GetControl<LevelBar>("backlight /dev/ttyS0").GetText(), "0 of 255");
     EXPECT_TRUE(
         GetControl<QLabel>("counts /dev/ttyS0").text().endsWith("0 rejected, 0 bytes of noise"));
-    EXPECT_EQ(GetControl<QPlainTextEdit>("packets /dev/ttyS0").toPlainText().split('\n').last(),
-              QString::fromStdString(Desk::ToText(panel.GetPackets().back())));
+    EXPECT_TRUE(SettleUntil([&] {
+        return GetControl<QPlainTextEdit>("packets /dev/ttyS0").toPlainText().split('\n').last() ==
+               QString::fromStdString(Desk::ToText(panel.GetPackets().back()));
+    }));
     // An echo is no panel.
     EXPECT_EQ(m_panel.findChild<QLabel*>("counts /dev/ttyS2"), nullptr);
 }

@@ -180,12 +180,14 @@ void Session::Parts::ConnectMidi()
         {
             const std::lock_guard hold(mutex);
             source = "midi " + midiState.input;
-            if (isMessage) {
-                ++midiState.received;
-                lastMessage = text;
-            }
         }
+        // Before it is counted: what a script waits for has been reported by then.
         Report({0, source, signal, text});
+        if (isMessage) {
+            const std::lock_guard hold(mutex);
+            ++midiState.received;
+            lastMessage = text;
+        }
     };
     // Direct: system-exclusive bytes are borrowed.
     const auto connect = [this](auto signal, auto slot) {

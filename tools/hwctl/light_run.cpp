@@ -29,7 +29,7 @@ using Hardware::WingMapper;
 using Tools::LightStep;
 
 /// Fades step every 50 ms; nothing for so long means that none runs.
-constexpr qint64 StillMilliseconds = 700;
+constexpr qint64 StillMilliseconds = 1500;
 constexpr int LookMilliseconds = 50;
 constexpr unsigned BarWidth = 40;
 

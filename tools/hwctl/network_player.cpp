@@ -46,6 +46,8 @@ void NetworkPlayer::Do(const Tools::NetworkScript::Step& step)
 {
     try {
         Tools::NetworkScript::Do(step, m_network);
+        // Steps that are overdue follow at once, and each change is to be seen.
+        m_network.Flush();
     } catch (const std::invalid_argument& error) {
         std::fprintf(stderr, "hwctl: %s\n", error.what());
         m_hasFailed = true;
