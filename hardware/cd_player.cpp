@@ -141,7 +141,7 @@ void CdPlayer::Open()
     if (m_fd != -1)
         close(m_fd);
     // A failure has no message of its own, on purpose: what follows finds no drive.
-    m_fd = Hardware::Repeat([] { return open(DrivePath, O_RDONLY | O_NONBLOCK); });
+    m_fd = Hardware::Repeat([] { return open(DrivePath, O_RDONLY | O_NONBLOCK | O_CLOEXEC); });
 }
 
 void CdPlayer::Close()

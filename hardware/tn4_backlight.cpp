@@ -50,7 +50,7 @@ bool Tarnel4Backlight::SetRightBacklight(uires16 level)
     std::snprintf(text.data(), text.size(), "%3d\n", static_cast<int>(raw));
     HARDWARE_LOG(GetSetLogContext(), Os::Log::Trace,
                  "Setting right backlight to " << level << "(raw value is " << text.data() << ')');
-    const Hardware::Descriptor duty(open(DutyPath, O_RDWR | O_DSYNC));
+    const Hardware::Descriptor duty(open(DutyPath, O_RDWR | O_DSYNC | O_CLOEXEC));
     if (!duty.IsOpen()) {
         HARDWARE_LOG(GetLogContext(), Os::Log::Error,
                      "Open on " << DutyPath << " failed: " << Hardware::GetErrorText(errno));

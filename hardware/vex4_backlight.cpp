@@ -104,7 +104,7 @@ Vex4Backlight::Vex4Backlight()
                         "Vex4 backlight not supported");
         return;
     }
-    m_descriptor = open("/dev/mem", O_RDWR | O_DSYNC);
+    m_descriptor = open("/dev/mem", O_RDWR | O_DSYNC | O_CLOEXEC);
     if (m_descriptor == -1) {
         HARDWARE_LOG_AT(GetLogContext(), Os::Log::Error, OpenFailedLine,
                         "Open on /dev/mem failed: " << Hardware::GetErrorText(errno));

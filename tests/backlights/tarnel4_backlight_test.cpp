@@ -61,7 +61,7 @@ TEST_F(Tarnel4BacklightTest, OpensTheAttributeAnewForEachLevel)
         EXPECT_TRUE(m_backlight.SetRightBacklight(0));
         EXPECT_EQ(m_chip.CountOpened(), round);
         EXPECT_EQ(m_chip.CountOpen(), 0);
-        EXPECT_EQ(m_chip.GetLastOpenFlags(), O_RDWR | O_DSYNC);
+        EXPECT_EQ(m_chip.GetLastOpenFlags(), O_RDWR | O_DSYNC | O_CLOEXEC);
     }
 }
 

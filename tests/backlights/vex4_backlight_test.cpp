@@ -111,7 +111,7 @@ TEST_F(Vex4BacklightTest, FieldsStandInTheirOrder)
 TEST_F(Vex4BacklightTest, ConstructionGivesTheSidesTheirFrequencyAndTheCentreItsLevel)
 {
     const Vex4Backlight backlight;
-    EXPECT_EQ(m_memory.GetLastOpenFlags(), O_RDWR | O_DSYNC);
+    EXPECT_EQ(m_memory.GetLastOpenFlags(), O_RDWR | O_DSYNC | O_CLOEXEC);
     EXPECT_THAT(ReadBoth(Left.frequency), Both(0xF2BFFFFF));
     EXPECT_THAT(ReadBoth(Right.frequency), Both(0xF2BFFFFF));
     EXPECT_THAT(ReadBoth(Center.frequency), Both(0xFFFFFFFF));

@@ -50,7 +50,7 @@ protected:
 TEST_F(CdPlayerQuestions, AreAskedOfADriveOpenForReadingAndNotBlocking)
 {
     EXPECT_EQ(m_drive.CountOpen(), 1);
-    EXPECT_EQ(m_drive.GetLastOpenFlags(), O_RDONLY | O_NONBLOCK);
+    EXPECT_EQ(m_drive.GetLastOpenFlags(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
 }
 
 TEST_F(CdPlayerQuestions, StatusIsStoppedPlayingOrPaused)

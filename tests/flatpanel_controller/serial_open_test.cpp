@@ -61,7 +61,7 @@ TEST_F(SerialOpen, OpensForReadingAndWritingWithoutWaiting)
     EXPECT_EQ(Open(), 0);
     EXPECT_TRUE(m_serial.IsValid());
     EXPECT_GE(m_serial.GetDeviceHandle(), 0);
-    EXPECT_EQ(m_port.GetLastOpenFlags(), O_RDWR | O_NONBLOCK);
+    EXPECT_EQ(m_port.GetLastOpenFlags(), O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     // Later reads block.
     EXPECT_EQ(fcntl(m_serial.GetDeviceHandle(), F_GETFL) & O_NONBLOCK, 0);
 }

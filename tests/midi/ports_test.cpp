@@ -68,7 +68,7 @@ TEST_F(MidiPorts, AreAskedForThroughASequencerOpenForWritingAndNotBlocking)
 {
     m_sequencer.AddPort("Keys");
     Device::GetInputs();
-    EXPECT_EQ(m_sequencer.GetLastOpenFlags(), O_WRONLY | O_NONBLOCK);
+    EXPECT_EQ(m_sequencer.GetLastOpenFlags(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
     EXPECT_EQ(m_sequencer.CountOpen(), 0);
 }
 

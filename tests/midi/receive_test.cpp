@@ -55,7 +55,7 @@ protected:
 TEST_F(MidiReceive, OpensThePortForReadingAndNotBlocking)
 {
     ASSERT_TRUE(StartOn(m_keys));
-    EXPECT_EQ(m_keys.GetLastOpenFlags(), O_RDONLY | O_NONBLOCK);
+    EXPECT_EQ(m_keys.GetLastOpenFlags(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     EXPECT_EQ(m_pads.CountOpened(), 0);
 }
 

@@ -71,7 +71,7 @@ TEST_F(MidiTransmit, OpensTheOutputOnceAndKeepsItOpen)
     EXPECT_EQ(m_keys.ReceiveCount(6), (Bytes{0x90, 60, 100, 0x80, 60, 0}));
     EXPECT_EQ(m_keys.CountOpened(), 1);
     EXPECT_EQ(m_keys.CountOpen(), 1);
-    EXPECT_EQ(m_keys.GetLastOpenFlags(), O_WRONLY | O_NONBLOCK);
+    EXPECT_EQ(m_keys.GetLastOpenFlags(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
 }
 
 TEST_F(MidiTransmit, SwitchedOffClosesTheOutput)

@@ -3,7 +3,10 @@
 // The kernel's own adapters, in a network namespace of each test's. What can be done to virtual
 // ones too is done to both.
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
+
+#include <set>
 
 #include "os/event.h"
 #include "platform/network_recorder.h"
@@ -73,6 +76,29 @@ TEST_P(NetworkSteps, UpAndDown)
     EXPECT_TRUE(Tells(NetworkAdapter::State_Up));
     EXPECT_EQ(ReadState(L"console0"), NetworkAdapter::State_Up);
     EXPECT_GT(m_recorder->GetLast().GetStatistics().speed, 999999999U);
+}
+
+TEST_P(NetworkSteps, WatchedThroughDescriptorsThatProgramsDoNotInherit)
+{
+    const auto list = [] {
+        std::set<int> descriptors;
+        for (int descriptor = 0; descriptor < 1024; ++descriptor)
+            if (fcntl(descriptor, F_GETFD) != -1)
+                descriptors.insert(descriptor);
+        return descriptors;
+    };
+    const std::set<int> before = list();
+    ASSERT_TRUE(Monitor().Register(L"console0", 5, m_recorder.get()));
+    m_bench->Add("console0");
+    EXPECT_TRUE(Tells(NetworkAdapter::State_Up));
+    unsigned count = 0;
+    for (const int descriptor : list()) {
+        if (before.contains(descriptor))
+            continue;
+        ++count;
+        EXPECT_EQ(fcntl(descriptor, F_GETFD), FD_CLOEXEC) << descriptor;
+    }
+    EXPECT_GT(count, 0U);
 }
 
 TEST_P(NetworkSteps, DeletedAndMadeAgain)

@@ -60,7 +60,7 @@ TEST_F(CdDevice, OpensTheDriveForReadingAndNotBlocking)
     EXPECT_TRUE(m_device->Enable());
     EXPECT_TRUE(m_device->IsEnabled());
     EXPECT_EQ(m_drive.CountOpen(), 1);
-    EXPECT_EQ(m_drive.GetLastOpenFlags(), O_RDONLY | O_NONBLOCK);
+    EXPECT_EQ(m_drive.GetLastOpenFlags(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
 }
 
 TEST_F(CdDevice, ReportsItsSourceBeforeItsThreadStarts)

@@ -40,7 +40,7 @@ std::string GetText(const nlohmann::json& time)
 
 std::string FindCdProblem()
 {
-    const int drive = open(CdDrivePath, O_RDONLY | O_NONBLOCK);
+    const int drive = open(CdDrivePath, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (drive == -1)
         return std::string("no CD drive: ") + CdDrivePath + ": " + GetErrorText(errno);
     cdrom_tochdr header{};

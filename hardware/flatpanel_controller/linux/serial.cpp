@@ -22,6 +22,9 @@ constexpr char SourceFile[] = "flatpanel_controller/linux/serial.cpp";
 
 constexpr unsigned MicrosecondsPerSecond = 1'000'000;
 
+/// O_NOCTTY: as the controlling terminal of a service, a port that hangs up would end it by SIGHUP.
+constexpr int OpenFlags = O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+
 struct Speed {
     int baud;
     speed_t parameter;
@@ -77,7 +80,7 @@ int Serial::Open(int baud, parity_e parity, flowcontrol_e flow)
         HARDWARE_LOG(SerialLogContext(), Os::Log::Trace, "Device name cannot be empty");
         return EINVAL;
     }
-    const int handle = Repeat([this] { return open(m_name.c_str(), O_RDWR | O_NONBLOCK); });
+    const int handle = Repeat([this] { return open(m_name.c_str(), OpenFlags); });
     if (handle == -1) {
         const int error = errno;
         HARDWARE_LOG(SerialLogContext(), Os::Log::Trace,

@@ -94,7 +94,7 @@ DevMap DevMap::GetDevMap()
 {
     Os::Log::Context& log = Hardware::MidiLogContext();
     DevMap map;
-    const Hardware::Descriptor sequencer(open("/dev/sequencer", O_WRONLY | O_NONBLOCK));
+    const Hardware::Descriptor sequencer(open("/dev/sequencer", O_WRONLY | O_NONBLOCK | O_CLOEXEC));
     if (!sequencer.IsOpen()) {
         // A trace and no error, on purpose: a desk without MIDI is a normal desk.
         HARDWARE_LOG(log, Os::Log::Trace,
@@ -150,7 +150,7 @@ int OpenPort(const char* direction, const std::wstring& name, int flags)
         HARDWARE_LOG(log, Os::Log::Trace, "Midi " << direction << ' ' << name << " not found");
         return -1;
     }
-    const int descriptor = open(port->path.c_str(), flags | O_NONBLOCK);
+    const int descriptor = open(port->path.c_str(), flags | O_NONBLOCK | O_CLOEXEC);
     if (descriptor == -1)
         HARDWARE_LOG(log, Os::Log::Error,
                      "Error opening Midi " << direction << ' ' << name << ": "

@@ -96,7 +96,7 @@ bool _DeviceCdImpl::Enable()
     HARDWARE_LOG(m_log, Os::Log::Trace, "Enabling CD timecode device");
     // One from before ends now, while there is no drive; with the next one it would go on.
     m_thread.reset();
-    const int fd = Repeat([] { return open(DrivePath, O_RDONLY | O_NONBLOCK); });
+    const int fd = Repeat([] { return open(DrivePath, O_RDONLY | O_NONBLOCK | O_CLOEXEC); });
     if (fd == -1) {
         HARDWARE_LOG(m_log, Os::Log::Error, "CD device not readable");
         return false;
