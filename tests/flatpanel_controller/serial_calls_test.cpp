@@ -59,7 +59,11 @@ TEST_F(SerialCalls, OpenThatFailsHalfWayClosesTheDevice)
     for (const std::string& call : calls) {
         m_calls.Clear();
         m_calls.Fail(call, {ENOTTY});
+        m_log.Clear();
         EXPECT_EQ(Open(), ENOTTY) << call;
+        EXPECT_THAT(m_log.GetTexts().back(),
+                    testing::EndsWith("error: Inappropriate ioctl for device"))
+            << call;
         EXPECT_FALSE(m_serial.IsValid());
         EXPECT_EQ(m_serial.GetDeviceHandle(), -1);
         EXPECT_EQ(m_calls.Count("close"), 1);

@@ -95,6 +95,9 @@ int Serial::Open(int baud, parity_e parity, flowcontrol_e flow)
     if (Repeat([this] { return tcgetattr(m_handle, &m_saved); }) == -1) {
         // Nothing was saved yet, so nothing must be put back: the device is closed as it is.
         const int error = errno;
+        HARDWARE_LOG(SerialLogContext(), Os::Log::Trace,
+                     "Failed to get the settings of " << m_name << ", which may be no serial port"
+                                                      << ", error: " << GetErrorText(error));
         close(m_handle);
         m_handle = -1;
         return error;
@@ -111,8 +114,11 @@ int Serial::Open(int baud, parity_e parity, flowcontrol_e flow)
     cfsetispeed(&m_working, speed->parameter);
     cfsetospeed(&m_working, speed->parameter);
     const int error = Configure(parity, flow);
-    if (error != 0)
+    if (error != 0) {
+        HARDWARE_LOG(SerialLogContext(), Os::Log::Trace,
+                     "Failed to set up " << m_name << ", error: " << GetErrorText(error));
         Close();
+    }
     return error;
 }
 

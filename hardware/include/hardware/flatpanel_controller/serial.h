@@ -16,8 +16,8 @@ namespace Hardware
 ///
 /// Operations that return an int give 0, or a number of bytes, where they succeed, and otherwise an
 /// errno value, which is positive too: 22 (EINVAL) when the port is not open or an argument is
-/// wrong. A device that cannot be opened, a wrong speed, parity or flow control, and failed reads
-/// and writes are logged at level 1. One owner uses the object, one thread at a time;
+/// wrong. A device that cannot be opened or set up, a wrong speed, parity or flow control, and failed
+/// reads and writes are logged at level 1. One owner uses the object, one thread at a time;
 /// WaitForInput() holds nothing, and its result is another.
 class HARDWARE_EXPORT Serial
 {
