@@ -152,15 +152,20 @@ void Vex4Backlight::MapRegisters()
 unsigned int* Vex4Backlight::Map(void* base, unsigned int offset)
 {
     const std::uintptr_t address = GetAddress(base) + offset;
+    const auto fail = [address](int error) {
+        HARDWARE_LOG(GetLogContext(), Os::Log::Error,
+                     "Map of address " << kel::hex(address)
+                                       << " failed : " << Hardware::GetErrorText(error));
+        return InvalidReg;
+    };
+    // The last register of a page would reach into the next one.
+    if (address % sizeof(unsigned) != 0)
+        return fail(EINVAL);
     const std::uintptr_t inPage = address % PageSize;
     void* const page = mmap(nullptr, PageSize, PROT_READ | PROT_WRITE, MAP_SHARED, m_descriptor,
                             static_cast<off_t>(address - inPage));
-    if (page == MAP_FAILED) { // NOLINT(*-no-int-to-ptr, *-cstyle-cast): the system's macro
-        HARDWARE_LOG(GetLogContext(), Os::Log::Error,
-                     "Map of address " << kel::hex(address)
-                                       << " failed : " << Hardware::GetErrorText(errno));
-        return InvalidReg;
-    }
+    if (page == MAP_FAILED) // NOLINT(*-no-int-to-ptr, *-cstyle-cast): the system's macro
+        return fail(errno);
     return reinterpret_cast<unsigned*>(static_cast<char*>(page) + inPage);
 }
 

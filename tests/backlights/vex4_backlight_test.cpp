@@ -353,6 +353,21 @@ TEST_F(Vex4BacklightTest, MapsAnyRegister)
     EXPECT_NE(reg, nullptr);
 }
 
+TEST_F(Vex4BacklightTest, MapsNoRegisterThatIsNotAligned)
+{
+    Vex4Backlight backlight;
+    for (const unsigned offset : {0x341U, 0x342U, 0x343U, 0xFFDU, 0xFFFU}) {
+        m_log.Clear();
+        EXPECT_EQ(backlight.Map(reinterpret_cast<void*>(0x00012000), offset),
+                  Vex4Backlight::InvalidReg);
+        EXPECT_THAT(m_log.GetTexts(), ElementsAre(testing::EndsWith(" failed : Invalid argument")));
+    }
+    EXPECT_EQ(backlight.Map(reinterpret_cast<void*>(0x00012001), 0), Vex4Backlight::InvalidReg);
+    unsigned* const last = backlight.Map(reinterpret_cast<void*>(0x00012001), 0xFFB);
+    ASSERT_NE(last, Vex4Backlight::InvalidReg);
+    backlight.Unmap(last);
+}
+
 TEST_F(Vex4BacklightTest, TracesEachRegister)
 {
     Vex4Backlight backlight;

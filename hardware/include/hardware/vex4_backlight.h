@@ -53,7 +53,8 @@ public:
     /// Maps the page of a register.
     /// @param base   physical address of the register's block
     /// @param offset of the register from there, in bytes
-    /// @return the register, or InvalidReg
+    /// @return the register; InvalidReg, with a log line, when it cannot be mapped or its address
+    ///         is not a multiple of 4
     unsigned int* Map(void* base, unsigned int offset);
     /// Releases what Map() returned, InvalidReg included.
     void Unmap(unsigned int* reg);
