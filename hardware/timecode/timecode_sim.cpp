@@ -64,7 +64,7 @@ void DeviceSim::Sim::Start()
 void DeviceSim::Sim::Stop()
 {
     // Without the lock: the thread may be waiting for it and could then never be joined.
-    m_started.store(false, std::memory_order_relaxed);
+    RequestStop();
     m_thread.reset();
 }
 
@@ -152,6 +152,9 @@ DeviceSim::DeviceSim(QObject* parent) : Device(TimecodeType_Simulated, parent) {
 DeviceSim::~DeviceSim()
 {
     DeviceSim::Disable();
+    // All of them first, so that their last sleeps pass side by side.
+    for (const auto& [number, sim] : m_instances)
+        sim->RequestStop();
     m_instances.clear();
 }
 

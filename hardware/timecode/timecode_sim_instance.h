@@ -21,6 +21,8 @@ public:
     Sim& operator=(const Sim&) = delete;
 
     void Start();
+    /// Has the thread end, without waiting for it.
+    void RequestStop() { m_started.store(false, std::memory_order_relaxed); }
     void Stop();
     void Enable() { m_enabled.store(true, std::memory_order_relaxed); }
     void Disable() { m_enabled.store(false, std::memory_order_relaxed); }

@@ -165,6 +165,26 @@ TEST_F(SimThreads, OfOtherInstancesAreSilentWhileTheDeviceWaitsForOne)
     EXPECT_EQ(log.CountFrames(), frames);
 }
 
+TEST_F(SimThreads, OfAllInstancesEndSideBySide)
+{
+    device->Create(2);
+    std::atomic<bool> inSlot{false};
+    std::atomic<bool> hasOtherEnded{false};
+    QObject::connect(device.get(), &Device::frameRead, [&](const Device::Id& id) {
+        if (id.number != 1 || inSlot.exchange(true))
+            return;
+        // Instance 1 is the first to be waited for.
+        hasOtherEnded = WaitUntil([] { return CountSimThreads() == 1; });
+    });
+    device->Start(2);
+    ASSERT_TRUE(WaitUntil([this] { return clock.GetSleeps().size() == 1; }));
+    device->Start(1);
+    ASSERT_TRUE(WaitUntil([&] { return inSlot.load(); }));
+    clock.Release();
+    device.reset();
+    EXPECT_TRUE(hasOtherEnded);
+}
+
 void StopFromItsOwnThread()
 {
     DeviceSim device(nullptr);
