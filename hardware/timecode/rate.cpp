@@ -4,9 +4,10 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <charconv>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <limits>
 
 #include "timecode/big_endian.h"
@@ -40,10 +41,16 @@ double Read(kel::istream& in)
 
 void Append(kel::text_base<char>& out, double value)
 {
-    // The largest double has 316 characters; the text is cut to what the buffer holds.
-    std::array<char, 64> buffer{};
-    const int length = std::snprintf(buffer.data(), buffer.size(), "%f", value);
-    out.append(buffer.data(), std::min(static_cast<std::size_t>(length), buffer.size() - 1));
+    constexpr int Decimals = 6;
+    constexpr std::size_t MostCharacters = 63;
+    // The largest double has 316 characters. Not std::snprintf(), whose decimal point depends on
+    // the locale.
+    std::array<char, 320> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                   std::chars_format::fixed, Decimals)
+                         .ptr;
+    const auto length = static_cast<std::size_t>(end - buffer.data());
+    out.append(buffer.data(), std::min(length, MostCharacters));
 }
 
 } // namespace

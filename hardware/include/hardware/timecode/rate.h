@@ -56,7 +56,8 @@ HARDWARE_EXPORT kel::istream& operator>>(kel::istream& in, Index& index);
 HARDWARE_EXPORT kel::ostream& operator<<(kel::ostream& out, const Interval& interval);
 HARDWARE_EXPORT kel::istream& operator>>(kel::istream& in, Interval& interval);
 
-// Text form: "%f", as in "40.000000", cut after 63 characters.
+// Text form: six decimals after a point, whatever the locale, as in "40.000000"; cut after 63
+// characters.
 
 HARDWARE_EXPORT kel::text_base<char>& operator<<(kel::text_base<char>& out, const Index& index);
 HARDWARE_EXPORT kel::text_base<char>& operator<<(kel::text_base<char>& out,
