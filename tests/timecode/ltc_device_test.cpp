@@ -167,6 +167,31 @@ TEST_F(TimecodeLtc, IsActiveWhileABoardIsAttachedAlsoWhenDisabled)
     EXPECT_FALSE(m_device.IsActive());
 }
 
+TEST_F(TimecodeLtc, IsActiveWhenABoardIsPluggedWhileDisabled)
+{
+    m_device.Enable();
+    m_device.Disable();
+    Desk::VirtualWidget& board = AddBoard(1, L"a");
+    EXPECT_TRUE(m_device.IsActive());
+    EXPECT_EQ(m_device.GetWidget(0).GetDevicePath(), L"a");
+    EXPECT_THAT(m_frames.GetEvents(), IsEmpty());
+    EXPECT_EQ(board.CountOpen(), 0);
+    board.Unplug();
+    EXPECT_FALSE(m_device.IsActive());
+    board.Plug();
+    m_device.Enable();
+    EXPECT_THAT(m_frames.GetEvents(), ElementsAre("added 0"));
+    board.Unplug();
+    EXPECT_THAT(m_frames.GetEvents(), ElementsAre("added 0", "removed 0"));
+    EXPECT_FALSE(m_device.IsActive());
+}
+
+TEST_F(TimecodeLtc, DoesNotCountBoardsBeforeItWasEnabledOnce)
+{
+    AddBoard();
+    EXPECT_FALSE(m_device.IsActive());
+}
+
 TEST_F(TimecodeLtc, DisabledItReportsNothing)
 {
     Desk::VirtualWidget& board = AddBoard();

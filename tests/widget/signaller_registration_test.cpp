@@ -129,6 +129,24 @@ TEST(SignallerRegistration, UnregisteringRaisesNothing)
     EXPECT_THAT(log.Get(), IsEmpty());
 }
 
+TEST(SignallerRegistration, AClassThatWasRegisteredOnceIsCountedOn)
+{
+    Desk::WidgetBus bus;
+    WidgetSignaller signaller;
+    SignalLog log(signaller);
+    signaller.SetAutoReadRegister(true);
+    signaller.RegisterWidgetClass(Playback);
+    signaller.UnregisterWidgetClass(Playback);
+    Desk::VirtualWidget& widget = bus.Add({"PlaybackWing", 1, L"a"});
+    bus.Add({"ProgrammerWing", 1, L"b"});
+    EXPECT_EQ(signaller.GetActiveWidgetCount(), 1);
+    EXPECT_EQ(signaller.GetWidgetIndex(TestSupport::GetMapData(widget)), 0);
+    EXPECT_EQ(widget.CountOpen(), 0);
+    widget.Unplug();
+    EXPECT_EQ(signaller.GetActiveWidgetCount(), 0);
+    EXPECT_THAT(log.Get(), IsEmpty());
+}
+
 TEST(SignallerRegistration, UnregisteringLeavesTheIndexUntilTheWidgetIsDetached)
 {
     Desk::WidgetBus bus;

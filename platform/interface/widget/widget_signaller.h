@@ -41,8 +41,9 @@ public:
     /// already, and those slots have run when this returns. True also when the class was
     /// registered; nothing is reported then. False when the driver is shutting down.
     bool RegisterWidgetClass(const GUID* classId);
-    /// Ends that and raises nothing; widgets that were read stay open; attached widgets keep their
-    /// index until they are detached. Does not wait for a signal that is being raised. False when
+    /// Ends that and raises nothing; widgets that were read stay open. Widgets of the class are
+    /// still counted: those that are attached keep their index until they are detached, and those
+    /// that are attached later get one. Does not wait for a signal that is being raised. False when
     /// the class was not registered.
     bool UnregisterWidgetClass(const GUID* classId);
 
@@ -50,7 +51,8 @@ public:
     int GetWidgetIndex(const WidgetMapData& mapData) const;
     /// The widget of an index; one that stands for no device when the index is free.
     WidgetMapData GetWidget(int index) const;
-    /// Attached widgets in the order of their index.
+    /// Attached widgets of every class that was registered at least once, in the order of their
+    /// index.
     std::list<WidgetMapData> GetActiveWidgets() const;
     int GetActiveWidgetCount() const;
 

@@ -21,10 +21,13 @@ struct WidgetSignaller::State {
     std::atomic<bool> autoRead = false;
 
     std::mutex mutex;
-    std::set<const GUID*> classes;                   // guarded by mutex
+    std::set<const GUID*> classes;                   // guarded by mutex; watched now
+    std::set<const GUID*> everWatched;               // guarded by mutex
     std::vector<std::optional<WidgetMapData>> slots; // guarded by mutex; by widget index
 
     bool Watches(const GUID* classId);
+    /// Whether widgets of the class get an index: it is or was watched.
+    bool Counts(const GUID* classId);
     /// False when the class is watched already.
     bool Watch(const GUID* classId);
     /// The index of a device, an equal one of class and path; -1 when it is unknown.

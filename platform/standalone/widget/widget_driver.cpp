@@ -313,9 +313,11 @@ void WidgetDriver::DeliverTo(WidgetSignaller* signaller, const Delivery& deliver
 void WidgetDriver::Add(WidgetSignaller& signaller, WidgetSignaller::State& state,
                        const WidgetMapData& device)
 {
-    if (!state.Watches(device.GetClassId()))
+    if (!state.Counts(device.GetClassId()))
         return;
     state.Keep(device);
+    if (!state.Watches(device.GetClassId()))
+        return;
     if (state.autoRead.load(std::memory_order_relaxed))
         device.GetDevice()->StartReader();
     Q_EMIT signaller.widgetAdded(device);

@@ -15,9 +15,16 @@ bool WidgetSignaller::State::Watches(const GUID* classId)
     return classes.contains(classId);
 }
 
+bool WidgetSignaller::State::Counts(const GUID* classId)
+{
+    const std::lock_guard hold(mutex);
+    return everWatched.contains(classId);
+}
+
 bool WidgetSignaller::State::Watch(const GUID* classId)
 {
     const std::lock_guard hold(mutex);
+    everWatched.insert(classId);
     return classes.insert(classId).second;
 }
 

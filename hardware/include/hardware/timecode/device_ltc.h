@@ -34,7 +34,8 @@ public:
     /// driver answers to the end of watching.
     bool Disable() override;
     bool IsEnabled() const override;
-    /// True while a board is attached that was reported while enabled, also while disabled now.
+    /// True while a board is attached. Boards are counted from the first Enable() on, also while
+    /// the device is disabled.
     bool IsActive() const override;
 
     /// The driver's record of a board by its number; one that stands for no device when there is
