@@ -76,6 +76,8 @@ public:
     virtual MapDef GetEncoderMapDef(unsigned short index) const;
     virtual int GetWingMetric(WingMetric metric) const;
     /// Sets the LED of a part and a master. False when there is none, or nothing reached the wing.
+    /// When several threads set one LED at once, the last one to begin gets its way; the wing may
+    /// be sent its state twice.
     virtual bool SetLed(unsigned short pid, unsigned short mid, LedState state);
     virtual bool SetAllLed(LedState state);
     // Last known states; -1 while unknown.

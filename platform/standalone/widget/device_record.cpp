@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace Hardware
 {
@@ -121,7 +122,9 @@ int DeviceRecord::GetButtonState(unsigned short index) const
 
 int DeviceRecord::GetLedState(unsigned short index) const
 {
-    return GetState(m_leds, index);
+    const std::lock_guard hold(m_mutex);
+    const auto found = m_leds.find(index);
+    return found == m_leds.end() ? -1 : found->second.state;
 }
 
 int DeviceRecord::GetFaderState(unsigned short index) const
@@ -129,17 +132,91 @@ int DeviceRecord::GetFaderState(unsigned short index) const
     return GetState(m_faders, index);
 }
 
-void DeviceRecord::SetLedState(unsigned short index, int state)
+bool DeviceRecord::WriteLed(unsigned short index, std::uint8_t state)
 {
-    const std::lock_guard hold(m_mutex);
-    m_leds[index] = state;
+    unsigned long long turn = 0;
+    {
+        const std::lock_guard hold(m_mutex);
+        turn = ++m_lastTurn;
+        BeginLedLocked(index);
+    }
+    const bool isSent = Write(Report::SetLed{index, state});
+    bool isDisputed = false;
+    {
+        const std::lock_guard hold(m_mutex);
+        if (isSent)
+            KeepLedLocked(index, state, turn);
+        isDisputed = EndLedLocked(index);
+    }
+    if (isDisputed)
+        RepeatLed(index);
+    return isSent;
 }
 
-void DeviceRecord::SetAllLedStates(int state)
+bool DeviceRecord::WriteAllLeds(std::uint8_t state)
 {
-    const std::lock_guard hold(m_mutex);
-    for (std::size_t index = 0; index < m_model.leds.size(); ++index)
-        m_leds[static_cast<unsigned short>(index)] = state;
+    const auto count = static_cast<unsigned short>(m_model.leds.size());
+    unsigned long long turn = 0;
+    {
+        const std::lock_guard hold(m_mutex);
+        turn = ++m_lastTurn;
+        for (unsigned short index = 0; index < count; ++index)
+            BeginLedLocked(index);
+    }
+    const bool isSent = Write(Report::SetAllLed{state});
+    std::vector<unsigned short> disputed;
+    {
+        const std::lock_guard hold(m_mutex);
+        for (unsigned short index = 0; index < count; ++index) {
+            if (isSent)
+                KeepLedLocked(index, state, turn);
+            if (EndLedLocked(index))
+                disputed.push_back(index);
+        }
+    }
+    for (const unsigned short index : disputed)
+        RepeatLed(index);
+    return isSent;
+}
+
+void DeviceRecord::BeginLedLocked(unsigned short index)
+{
+    Led& led = m_leds[index];
+    led.hadSeveral = led.hadSeveral || led.writers > 0;
+    ++led.writers;
+}
+
+bool DeviceRecord::EndLedLocked(unsigned short index)
+{
+    Led& led = m_leds[index];
+    --led.writers;
+    return led.writers == 0 && std::exchange(led.hadSeveral, false) && led.state != -1;
+}
+
+void DeviceRecord::KeepLedLocked(unsigned short index, int state, unsigned long long turn)
+{
+    Led& led = m_leds[index];
+    if (turn < led.turn)
+        return;
+    led.turn = turn;
+    led.state = state;
+}
+
+/// Again while others write the LED meanwhile; the last of them has to repeat it then.
+void DeviceRecord::RepeatLed(unsigned short index)
+{
+    bool isDisputed = true;
+    while (isDisputed) {
+        int state = 0;
+        {
+            const std::lock_guard hold(m_mutex);
+            BeginLedLocked(index);
+            state = m_leds[index].state;
+        }
+        Write(Report::SetLed{index, static_cast<std::uint8_t>(state)});
+        const std::lock_guard hold(m_mutex);
+        isDisputed = EndLedLocked(index);
+    }
 }
 
 void DeviceRecord::SetHash(unsigned int hash)
@@ -173,7 +250,7 @@ void DeviceRecord::Accept(Report::Input report)
     } else if (const auto* const motor = std::get_if<Report::MotorFader>(&m_report)) {
         m_faders[motor->index] = motor->value;
     } else if (const auto* const led = std::get_if<Report::LedChange>(&m_report)) {
-        m_leds[led->index] = led->state;
+        m_leds[led->index].state = led->state;
     } else if (const auto* const setup = std::get_if<Report::Configuration>(&m_report)) {
         m_configuration.version = setup->version;
         const std::size_t count =

@@ -45,12 +45,14 @@ public:
 
     /// Sends a report, opening the device if need be.
     bool Write(const Standalone::Report::Output& report);
+    /// Sends the state of one LED, or of all LEDs, and keeps it. Of writers that work one LED at
+    /// once, the one that began last gets its way, in the device and in what is kept.
+    bool WriteLed(unsigned short index, std::uint8_t state);
+    bool WriteAllLeds(std::uint8_t state);
 
     int GetButtonState(unsigned short index) const;
     int GetLedState(unsigned short index) const;
     int GetFaderState(unsigned short index) const;
-    void SetLedState(unsigned short index, int state);
-    void SetAllLedStates(int state);
     void SetHash(unsigned int hash);
     unsigned int GetHash() const;
     QRT_XWING_CONFIGURATION GetConfiguration() const;
@@ -63,10 +65,23 @@ public:
 
 private:
     typedef std::map<unsigned short, int> States;
+    /// One LED. No lock is held over a write, which may raise a signal, so the order in which two
+    /// writes at once reach the device is unknown. The last of them to end repeats what is kept.
+    struct Led {
+        int state = -1;              ///< as sent or reported last
+        unsigned long long turn = 0; ///< of the write that sent it
+        unsigned writers = 0;        ///< that are under way
+        bool hadSeveral = false;     ///< since there was none under way
+    };
 
     /// Null when it cannot be opened.
     std::shared_ptr<Standalone::WidgetConnection> OpenLocked();
     void CloseIfUnusedLocked();
+    void BeginLedLocked(unsigned short index);
+    /// True when several wrote the LED and none does any more: what is kept is to be repeated.
+    bool EndLedLocked(unsigned short index);
+    void KeepLedLocked(unsigned short index, int state, unsigned long long turn);
+    void RepeatLed(unsigned short index);
     int GetState(const States& states, unsigned short index) const;
 
     const Standalone::WidgetDescription m_description;
@@ -80,7 +95,8 @@ private:
     bool m_isOpened = false;
     bool m_isReading = false;
     States m_buttons;
-    States m_leds;
+    std::map<unsigned short, Led> m_leds;
+    unsigned long long m_lastTurn = 0; // of writes to LEDs
     States m_faders;
     unsigned int m_hash = 0;
     QRT_XWING_CONFIGURATION m_configuration{};

@@ -102,19 +102,13 @@ bool UmWing::SetLed(unsigned short pid, unsigned short mid, LedState state)
     const int found = UmWing::GetLedIndex(pid, mid);
     if (found < 0)
         return false;
-    const auto index = static_cast<unsigned short>(found);
-    if (!GetDevice().Write(Report::SetLed{index, static_cast<std::uint8_t>(state)}))
-        return false;
-    GetDevice().SetLedState(index, static_cast<int>(state));
-    return true;
+    return GetDevice().WriteLed(static_cast<unsigned short>(found),
+                                static_cast<std::uint8_t>(state));
 }
 
 bool UmWing::SetAllLed(LedState state)
 {
-    if (!GetDevice().Write(Report::SetAllLed{static_cast<std::uint8_t>(state)}))
-        return false;
-    GetDevice().SetAllLedStates(static_cast<int>(state));
-    return true;
+    return GetDevice().WriteAllLeds(static_cast<std::uint8_t>(state));
 }
 
 int UmWing::GetButtonState(unsigned short index) const
