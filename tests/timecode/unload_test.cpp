@@ -84,6 +84,22 @@ TEST(TimecodeLoad, ExportsTheLinkAnchors)
         EXPECT_NE(dlsym(library, name), nullptr) << name;
 }
 
+TEST(TimecodeUnload, LeavesOfTypesOfWingsOnlyNamesForBuiltInOnes)
+{
+    void* const library = Load();
+    ASSERT_NE(library, nullptr) << dlerror();
+    const char* const names[] = {"Hardware::UmWing::LedState",     "UmWing::LedState",
+                                 "Hardware::UmWing::WingSections", "UmWing::WingSections",
+                                 "QRT_XWING_CONFIGURATION",        "QRT_XWING_CONFIGURATION&",
+                                 "Hardware::WidgetMapData"};
+    for (const char* const name : names)
+        EXPECT_TRUE(QMetaType::fromName(name).isValid()) << name;
+    ASSERT_EQ(dlclose(library), 0);
+    for (const char* const name : names)
+        EXPECT_FALSE(QMetaType::fromName(name).isValid()) << name;
+    EXPECT_STREQ(QMetaType::fromName("Hardware::WidgetKey").name(), "uint");
+}
+
 TEST(TimecodeUnload, CanBeFollowedByAnotherLoad)
 {
     for (int round = 0; round < 3; ++round) {

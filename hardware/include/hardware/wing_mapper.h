@@ -21,9 +21,9 @@ namespace Hardware
 /// go by their keys.
 ///
 /// Signals are raised on the widget driver's thread; those for wings that Begin() finds attached,
-/// on the caller's. Queries and slots may be called from any thread, also from a slot that a
-/// signal here is connected to. Unknown keys, wings that are gone and wings of another class are
-/// ignored.
+/// on the caller's. Signals and slots can be connected queued, by pointer and by name. Queries and
+/// slots may be called from any thread, also from a slot that a signal here is connected to.
+/// Unknown keys, wings that are gone and wings of another class are ignored.
 // Get() alone makes and destroys it.
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class HARDWARE_EXPORT WingMapper : public QObject
@@ -79,8 +79,8 @@ Q_SIGNALS:
     void led_change(Hardware::WidgetKey k, unsigned short i, UmWing::LedState v);
     /// A wing was attached or removed.
     void wing_change(Hardware::WidgetKey k, bool ispresent);
-    /// The displays of an expansion wing were set up anew. The record is borrowed: connect
-    /// directly.
+    /// The displays of an expansion wing were set up anew. The record is borrowed for the length of
+    /// the signal; a queued slot gets a copy.
     void xwing_config(Hardware::WidgetKey k, QRT_XWING_CONFIGURATION& cfg);
     /// The keyboard drawer was moved. @param i the drawer @param v 0 for open
     void keyboard_change(Hardware::WidgetKey k, int i, int v);
