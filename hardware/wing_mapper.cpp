@@ -11,6 +11,7 @@
 #include "widget/vex4_top_box.h"
 #include "widget/widget_factory.h"
 #include "widget/widget_manager.h"
+#include "wing_news.h"
 
 namespace Hardware
 {
@@ -23,12 +24,6 @@ constexpr char FatalSite[] = HARDWARE_FATAL_SITE("wing_mapper.cpp");
 
 /// Readers that the map's lock is made for.
 constexpr unsigned ExpectedReaders = 10;
-/// The product id of the wings whose LEDs and state the application must not touch.
-constexpr unsigned short UntouchedProductId = 1;
-/// The parts of a master that have a LED, in the order in which they are set.
-constexpr unsigned short MasterParts[] = {70, 71, 72, 74, 54};
-/// Masters are numbered from 1 in their section, and sections by tens.
-constexpr unsigned MastersPerSection = 10;
 /// The master id of a button that belongs to none.
 constexpr unsigned short NoMaster = 65535;
 /// The kind of configuration event that tells of an expansion wing's displays.
@@ -40,12 +35,17 @@ Os::Log::Context& LogContext()
     return context;
 }
 
+bool StandsForDevice(const UmWidget& widget, const WidgetMapData& mapData)
+{
+    return WingNews::IsSame(widget.GetMapData(), mapData);
+}
+
 } // namespace
 
 WingMapper::WingMapData::~WingMapData() = default;
 
 WingMapper::WingMapper()
-    : m_lock(ExpectedReaders), m_wingSignaller(&UmWing::WingReader, this),
+    : m_lock(ExpectedReaders), m_news(new WingNews), m_wingSignaller(&UmWing::WingReader, this),
       m_trackBallSignaller(&TrackballWidget::TrackballReader, this),
       m_buttonBarSignaller(&Vex4TopBox::Vex4TopBoxReader, this)
 {
@@ -78,11 +78,6 @@ void WingMapper::End()
     Get().disconnect_signaller();
 }
 
-bool WingMapper::is_wing_connected(WidgetKey k)
-{
-    return Find<UmWing>(k) != nullptr;
-}
-
 UmWidget* WingMapper::get_wing(WidgetKey k)
 {
     const Os::ReadKey hold(m_lock);
@@ -108,6 +103,11 @@ void WingMapper::connect_signaller()
     for (WidgetSignaller* const signaller :
          {&m_wingSignaller, &m_trackBallSignaller, &m_buttonBarSignaller})
         disconnect(signaller, nullptr, this, nullptr);
+    m_watched.clear();
+    {
+        const Os::WriteKey hold(m_lock);
+        m_news->Clear();
+    }
 
     bool success = false;
     for (const GUID* const classId :
@@ -139,6 +139,7 @@ void WingMapper::connect_signaller()
     OS_VERIFY(connect( &m_wingSignaller, SIGNAL( widgetRead( const Hardware::WidgetSignaller::Event & ) ),
                        this, SLOT( wing_read( const Hardware::WidgetSignaller::Event & ) ),
                        Qt::DirectConnection ), FatalSite);
+    catch_up();
 
     if (success)
         HARDWARE_LOG(LogContext(), Os::Log::Note, "Connection complete");
@@ -206,6 +207,7 @@ void WingMapper::disconnect_signaller()
     {
         const Os::WriteKey hold(m_lock);
         m_wings.clear();
+        m_news->Clear();
     }
     for (const GUID* const classId :
          {&GUID_DEVINTERFACE_QRTUMVNEXT_KEYSTONE, &GUID_DEVINTERFACE_QRTUMVNEXT_EXTERNAL_PIXI,
@@ -240,14 +242,101 @@ void WingMapper::disconnect_signaller()
 
 void WingMapper::add_all(const GUID& classId)
 {
-    for (const WidgetMapData& mapData : WidgetManager::GetClassMapData(classId))
-        wing_add(mapData);
+    m_watched.push_back(&classId);
+    for (const WidgetMapData& mapData : WidgetManager::GetClassMapData(classId)) {
+        {
+            const Os::WriteKey hold(m_lock);
+            m_news->AddListed(mapData);
+        }
+        make_wing(mapData);
+    }
+}
+
+std::vector<WidgetMapData> WingMapper::list_watched() const
+{
+    std::vector<WidgetMapData> listed;
+    for (const GUID* const classId : m_watched)
+        for (const WidgetMapData& mapData : WidgetManager::GetClassMapData(*classId))
+            listed.push_back(mapData);
+    return listed;
+}
+
+/// Makes up for what came and went after its class was listed and before the signals were
+/// connected.
+void WingMapper::catch_up()
+{
+    std::vector<WidgetMapData> known;
+    {
+        const Os::WriteKey hold(m_lock);
+        m_news->HoldBack();
+        known = m_news->GetDevices();
+    }
+    const std::vector<WidgetMapData> listed = list_watched();
+    const auto isWatched = [this](const WidgetMapData& mapData) {
+        return std::find(m_watched.begin(), m_watched.end(), mapData.GetClassId()) !=
+               m_watched.end();
+    };
+    for (const WidgetMapData& mapData : known)
+        if (isWatched(mapData) && !WingNews::Contains(listed, mapData))
+            drop_wing(mapData, &StandsForDevice);
+    std::vector<WidgetMapData> added;
+    for (const WidgetMapData& mapData : listed) {
+        {
+            const Os::WriteKey hold(m_lock);
+            if (!m_news->AddCaughtUp(mapData))
+                continue;
+        }
+        make_wing(mapData);
+        added.push_back(mapData);
+    }
+    if (!added.empty()) {
+        // When one of them went before it was in the map, the report of that did not find it.
+        const std::vector<WidgetMapData> still = list_watched();
+        for (const WidgetMapData& mapData : added)
+            if (!WingNews::Contains(still, mapData))
+                drop_wing(mapData, &StandsForDevice);
+    }
+    announce_held_back();
+}
+
+void WingMapper::announce_held_back()
+{
+    while (true) {
+        WingNews::Announcements announcements;
+        {
+            const Os::WriteKey hold(m_lock);
+            announcements = m_news->Take();
+        }
+        if (announcements.empty())
+            return;
+        for (const auto& [key, isPresent] : announcements)
+            announce(key, isPresent);
+    }
+}
+
+void WingMapper::announce(WidgetKey key, bool isPresent)
+{
+    if (isPresent)
+        HARDWARE_LOG(LogContext(), Os::Log::Note, "Wing found " << key);
+    else
+        HARDWARE_LOG(LogContext(), Os::Log::Note, "Wing removed " << key);
+    Q_EMIT wing_change(key, isPresent);
 }
 
 void WingMapper::wing_add(const Hardware::WidgetMapData& mapData)
 {
+    {
+        const Os::WriteKey hold(m_lock);
+        if (!m_news->AddReported(mapData))
+            return;
+    }
+    make_wing(mapData);
+}
+
+void WingMapper::make_wing(const WidgetMapData& mapData)
+{
     unsigned long number = 0;
-    // Kept and announced even when the factory makes nothing, on purpose.
+    // Kept and announced even when the factory makes nothing: the device is there.
     std::shared_ptr<UmWidget> widget(WidgetFactory::Get().Create(mapData, number));
     const auto key = static_cast<WidgetKey>(number);
     {
@@ -258,19 +347,28 @@ void WingMapper::wing_add(const Hardware::WidgetMapData& mapData)
         else
             entry.record = std::make_unique<WingMapData>(widget.get());
         entry.widget = std::move(widget);
+        if (m_news->Hold(key, true))
+            return;
     }
-    HARDWARE_LOG(LogContext(), Os::Log::Note, "Wing found " << key);
-    Q_EMIT wing_change(key, true);
+    announce(key, true);
 }
 
 void WingMapper::wing_remove(const Hardware::WidgetMapData& mapData)
 {
+    drop_wing(mapData, [](const UmWidget& widget, const WidgetMapData& removed) {
+        return widget.IsMapDataEqual(removed);
+    });
+}
+
+void WingMapper::drop_wing(const WidgetMapData& mapData, Match isOf)
+{
     WidgetKey key = 0;
     {
         const Os::WriteKey hold(m_lock);
+        m_news->Remove(mapData);
         const auto found = std::find_if(m_wings.begin(), m_wings.end(), [&](const auto& entry) {
             const UmWidget* const widget = entry.second.record->widget;
-            return widget && widget->IsMapDataEqual(mapData);
+            return widget && isOf(*widget, mapData);
         });
         if (found == m_wings.end())
             return;
@@ -278,11 +376,10 @@ void WingMapper::wing_remove(const Hardware::WidgetMapData& mapData)
         found->second.record->widget = nullptr;
         found->second.widget.reset();
         key = found->first;
+        if (key == NoWidgetKey || m_news->Hold(key, false))
+            return;
     }
-    if (key == NoWidgetKey)
-        return;
-    HARDWARE_LOG(LogContext(), Os::Log::Note, "Wing removed " << key);
-    Q_EMIT wing_change(key, false);
+    announce(key, false);
 }
 
 void WingMapper::wing_read(const Hardware::WidgetSignaller::Event& event)
@@ -350,74 +447,6 @@ void WingMapper::emitConfiguration(WidgetKey k, UmWidget& widget, int kind)
     _QRT_XWING_CONFIGURATION configuration{};
     wing->GetConfiguration(&configuration);
     Q_EMIT xwing_config(k, configuration);
-}
-
-template <class Wing> std::shared_ptr<Wing> WingMapper::Find(WidgetKey k)
-{
-    const Os::ReadKey hold(m_lock);
-    const auto found = m_wings.find(k);
-    return found == m_wings.end() ? nullptr : std::dynamic_pointer_cast<Wing>(found->second.widget);
-}
-
-std::shared_ptr<UmWing> WingMapper::FindWorkable(WidgetKey k)
-{
-    const auto wing = Find<UmWing>(k);
-    return wing && wing->GetProductId() != UntouchedProductId ? wing : nullptr;
-}
-
-void WingMapper::set_led(Hardware::WidgetKey k, unsigned short pid, unsigned short mid,
-                         Hardware::UmWing::LedState v)
-{
-    if (const auto wing = FindWorkable(k))
-        wing->SetLed(pid, mid, v);
-}
-
-void WingMapper::set_led_all(Hardware::WidgetKey k, Hardware::UmWing::LedState v)
-{
-    if (const auto wing = FindWorkable(k))
-        wing->SetAllLed(v);
-}
-
-void WingMapper::set_led_section(Hardware::WidgetKey k, int s, Hardware::UmWing::LedState v)
-{
-    // Every wing, also those of product id 1, on purpose unlike the slots for single LEDs.
-    const auto wing = Find<UmWing>(k);
-    if (!wing)
-        return;
-    const int masters = wing->GetWingMetric(UmWing::WingMetric_MastersPerSection);
-    for (int i = 1; i <= masters; ++i) {
-        const unsigned mid =
-            static_cast<unsigned>(s) * MastersPerSection + static_cast<unsigned>(i);
-        for (const unsigned short pid : MasterParts)
-            wing->SetLed(pid, static_cast<unsigned short>(mid & 0xFFFFU), v);
-    }
-}
-
-void WingMapper::set_fader(Hardware::WidgetKey k, unsigned short mid, int v)
-{
-    if (const auto wing = Find<UmVexNextWing>(k))
-        wing->SetFader(mid, static_cast<unsigned char>(static_cast<unsigned>(v) & 0xFFU));
-}
-
-void WingMapper::set_xwing_surface(Hardware::WidgetKey k, unsigned char s, unsigned char i)
-{
-    if (const auto wing = Find<ExpansionWing>(k))
-        wing->SetSurface(s, i);
-}
-
-void WingMapper::clear_xwing_display(Hardware::WidgetKey k, unsigned char s)
-{
-    const auto wing = Find<ExpansionWing>(k);
-    if (!wing)
-        return;
-    wing->ClearCells(s);
-    wing->WriteCells();
-}
-
-void WingMapper::refresh_state(Hardware::WidgetKey k)
-{
-    if (const auto wing = FindWorkable(k))
-        wing->RefreshState();
 }
 
 } // namespace Hardware

@@ -1,30 +1,20 @@
 // SPDX-License-Identifier: MIT
 
-// What the mapper does outside its lock, and which of two entries goes. This program has a factory
-// operation of its own, which stands before the platform's and does what that does.
-
-#include <dlfcn.h>
+// What the mapper does outside its lock, and which of two entries goes.
 
 #include <functional>
 #include <future>
 
-#include "widget/widget_factory.h"
 #include "widget/widget_manager.h"
+#include "wings/own_factory.h"
 #include "wings/wing_bench.h"
 
 using Hardware::WingMapper;
 using testing::ElementsAre;
+using TestSupport::OnCreate;
 
 namespace
 {
-
-/// What is done on each call, with the key as it comes in; returns the key to give, 0 for the
-/// factory's own.
-std::function<unsigned long(unsigned long)>& OnCreate()
-{
-    static std::function<unsigned long(unsigned long)> action;
-    return action;
-}
 
 /// Whether another thread gets an answer from the mapper meanwhile, which needs its lock.
 bool CanAskMapper()
@@ -40,23 +30,6 @@ protected:
 };
 
 } // namespace
-
-namespace Hardware
-{
-
-UmWidget* WidgetFactory::Create(const WidgetMapData& mapData, unsigned long& key)
-{
-    typedef UmWidget* Operation(WidgetFactory*, const WidgetMapData&, unsigned long&);
-    static auto* const real = reinterpret_cast<Operation*>(
-        dlsym(RTLD_NEXT, "_ZN8Hardware13WidgetFactory6CreateERKNS_13WidgetMapDataERm"));
-    const unsigned long given = OnCreate() ? OnCreate()(key) : 0;
-    UmWidget* const widget = real(this, mapData, key);
-    if (given != 0)
-        key = given;
-    return widget;
-}
-
-} // namespace Hardware
 
 TEST_F(WingMapperLocks, AWingIsMadeOutsideTheLockWithAKeyFromZero)
 {

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <vector>
 
 #include "hardware/export.h"
 #include "os/rw_lock.h"
@@ -15,6 +16,8 @@
 
 namespace Hardware
 {
+
+class WingNews;
 
 /// The application's view of all control surfaces: wings, a console's own panel sections, its
 /// trackball and its touch button bar. Every input becomes a signal, outputs are slots, and wings
@@ -121,6 +124,8 @@ private:
     void connect_signaller();
     void connect_console_sections(bool& success);
     void disconnect_signaller();
+    /// Whether a widget is that of a device.
+    typedef bool (*Match)(const UmWidget& widget, const WidgetMapData& mapData);
     void add_all(const GUID& classId);
     void emitReadEvent(WidgetKey k, UmWidget& widget, const UmWidget::Event* event);
     void emitConfiguration(WidgetKey k, UmWidget& widget, int kind);
@@ -129,6 +134,12 @@ private:
     /// A wing whose LEDs and state may be worked: not of product id 1.
     std::shared_ptr<UmWing> FindWorkable(WidgetKey k);
 
+    std::vector<WidgetMapData> list_watched() const;
+    void catch_up();
+    void make_wing(const WidgetMapData& mapData);
+    void drop_wing(const WidgetMapData& mapData, Match isOf);
+    void announce(WidgetKey key, bool isPresent);
+    void announce_held_back();
     std::map<WidgetKey, Entry> m_wings; // guarded by m_lock
     Os::RwLock m_lock;
     WidgetSignaller m_wingSignaller;
@@ -136,4 +147,6 @@ private:
     WidgetSignaller m_buttonBarSignaller;
 };
 
+    std::vector<const GUID*> m_watched; // classes, in the order of their wings; of Begin() alone
 } // namespace Hardware
+    const std::unique_ptr<WingNews> m_news; // guarded by m_lock
