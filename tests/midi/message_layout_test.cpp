@@ -43,6 +43,19 @@ TEST(MidiMessageLayout, IdIsTheDeviceThenTheNumber)
     EXPECT_EQ(offsetof(Device::Id, number), sizeof(void*));
 }
 
+TEST(MidiMessageLayout, IdsCompareByDeviceAndNumber)
+{
+    Device devices[2];
+    const Device::Id id{&devices[0], 0};
+    EXPECT_EQ(id, (Device::Id{&devices[0], 0}));
+    EXPECT_NE(id, (Device::Id{&devices[1], 0}));
+    EXPECT_NE(id, (Device::Id{&devices[0], 1}));
+    EXPECT_TRUE(id < (Device::Id{&devices[0], 1}));
+    EXPECT_TRUE(id < (Device::Id{&devices[1], 0}));
+    EXPECT_FALSE((Device::Id{&devices[1], 0}) < id);
+    EXPECT_FALSE(id < id);
+}
+
 TEST(MidiMessageLayout, ShortMessageIsTheIdThenTheWord)
 {
     EXPECT_EQ(offsetof(Device::ShortMessage, id), 0U);

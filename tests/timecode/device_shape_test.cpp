@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <set>
 #include <type_traits>
 
 #include "hardware/timecode/device.h"
@@ -74,6 +75,21 @@ TEST(DeviceShape, AnIdNamesNothingAtFirst)
     const Device::Id id;
     EXPECT_EQ(id.device, nullptr);
     EXPECT_EQ(id.number, 0U);
+}
+
+TEST(DeviceShape, IdsCompareByDeviceAndNumber)
+{
+    StubDevice devices[2];
+    const Device::Id id{&devices[0], 1};
+    EXPECT_EQ(id, (Device::Id{&devices[0], 1}));
+    EXPECT_NE(id, (Device::Id{&devices[0], 2}));
+    EXPECT_NE(id, (Device::Id{&devices[1], 1}));
+    const std::set<Device::Id> ids{{&devices[1], 0}, {&devices[0], 2}, id, id};
+    EXPECT_EQ(ids.size(), 3U);
+    EXPECT_TRUE(id < (Device::Id{&devices[0], 2}));
+    EXPECT_TRUE(id < (Device::Id{&devices[1], 0}));
+    EXPECT_FALSE((Device::Id{&devices[1], 0}) < id);
+    EXPECT_FALSE(id < id);
 }
 
 /// Makes QObject's last virtual operation visible.

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <string>
 
@@ -40,6 +41,14 @@ public:
         std::uint32_t message = 0;
     };
 
+
+        bool operator==(const Id& other) const = default;
+        /// Orders by device, in no order that means anything, then by number.
+        bool operator<(const Id& other) const
+        {
+            return device == other.device ? number < other.number
+                                          : std::less<>()(device, other.device);
+        }
     /// A received system-exclusive message. Its bytes are borrowed for the length of the signal, so
     /// only a direct connection may read them.
     struct SysExMessage {

@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <cstdint>
+#include <functional>
 
 #include "hardware/export.h"
 #include "hardware/timecode/enumerations.h"
@@ -27,6 +28,14 @@ public:
     struct Id {
         Device* device = nullptr;
         std::uint32_t number = 0; ///< the source's number within the device
+
+        bool operator==(const Id& other) const = default;
+        /// Orders by device, in no order that means anything, then by number.
+        bool operator<(const Id& other) const
+        {
+            return device == other.device ? number < other.number
+                                          : std::less<>()(device, other.device);
+        }
     };
 
     Device(TimecodeType type, QObject* parent);
