@@ -130,6 +130,22 @@ TEST(MidiSending, StatusSentWithoutRunningStatusIsRememberedToo)
     EXPECT_TRUE(device.SendShortMessage(NoteOn));
 }
 
+TEST(MidiSending, StatusIsLeftOutAfterABufferUnlessRunningStatusIsOffForOnce)
+{
+    constexpr unsigned char SystemExclusive[] = {0xF0, 0x7D, 0xF7};
+    RecordingDevice device;
+    device.SendShortMessage(NoteOn);
+    device.SendBuffer(SystemExclusive, sizeof SystemExclusive);
+    EXPECT_TRUE(device.SendShortMessage(NoteOn));
+    EXPECT_EQ(device.GetLast(), NoteOnData);
+    device.EnableTxRunningStatus(false);
+    device.SendShortMessage(NoteOn);
+    device.EnableTxRunningStatus(true);
+    EXPECT_EQ(device.GetLast(), NoteOnWhole);
+    EXPECT_TRUE(device.SendShortMessage(NoteOn));
+    EXPECT_EQ(device.GetLast(), NoteOnData);
+}
+
 TEST(MidiSending, SwitchingRunningStatusSendsNothing)
 {
     RecordingDevice device;

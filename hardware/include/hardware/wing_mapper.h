@@ -50,7 +50,9 @@ public:
     /// The only instance, made on first use and destroyed when the process ends.
     static WingMapper& Get();
     /// Starts: announces the wings that are attached and watches for more. May be called again
-    /// after End(). Not on the widget driver's thread.
+    /// after End(). Not on the widget driver's thread. Waits for slots that the driver's thread is
+    /// running: do not call it while you hold a lock that such a slot takes. Wings that come or go
+    /// meanwhile are announced on the caller's thread or on the driver's.
     static void Begin();
     /// Stops: forgets all wings, without a signal. What a slot is doing meanwhile is not waited
     /// for, and on some models sections of the panel go on signalling.
@@ -59,7 +61,9 @@ public:
     /// True for the key of an attached wing; false for the trackball and the button bar.
     bool is_wing_connected(WidgetKey k);
     /// The widget of a key; null for an unknown key and for a wing that is gone. The mapper's own:
-    /// it is destroyed when the wing is removed.
+    /// it is destroyed when the wing is removed, when another wing of its key comes, and by End().
+    /// Keep the pointer no longer than a slot that the driver's thread calls directly, since no
+    /// wing is removed meanwhile. On any other thread work wings through the slots below.
     UmWidget* get_wing(WidgetKey k);
     /// Every key seen since the last End(), also those of wings that were removed.
     std::set<WidgetKey> connected_wings();
@@ -70,13 +74,16 @@ Q_SIGNALS:
     /// A button was pressed or released.
     /// @param p part id @param m master id, 65535 for a button without one
     void button_press(Hardware::WidgetKey k, unsigned short p, unsigned short m, bool ispress);
-    /// A fader was moved. @param i its index on the wing
+    /// A fader was moved. @param i its index on the wing @param v its position as the wing reports
+    /// it, from 0 at the bottom to 255 at the top; not checked
     void fader_move(Hardware::WidgetKey k, unsigned short i, int v);
-    /// A motor fader was moved, by hand or by its motor. @param i its index on the wing
+    /// A motor fader was moved, by hand or by its motor. @param i its index on the wing @param v as
+    /// for fader_move()
     void fader_motor_move(Hardware::WidgetKey k, unsigned short i, int v);
     /// An encoder was turned. @param i its part id @param v steps, negative for anticlockwise
     void encoder_move(Hardware::WidgetKey k, unsigned short i, int v);
-    /// A trackball was rolled, or its ring turned (dz).
+    /// A trackball was rolled, or its ring turned (dz). In counts of the device since its last
+    /// report, with their sign, neither scaled nor limited.
     void trackball_move(Hardware::WidgetKey k, int dx, int dy, int dz);
     /// A wing changed a LED by itself. @param i the LED's index
     void led_change(Hardware::WidgetKey k, unsigned short i, UmWing::LedState v);
@@ -117,6 +124,8 @@ private:
         std::unique_ptr<WingMapData> record;
         std::shared_ptr<UmWidget> widget;
     };
+    /// Whether a widget is that of a device.
+    typedef bool (*Match)(const UmWidget& widget, const WidgetMapData& mapData);
 
     WingMapper();
     ~WingMapper() override;
@@ -124,9 +133,13 @@ private:
     void connect_signaller();
     void connect_console_sections(bool& success);
     void disconnect_signaller();
-    /// Whether a widget is that of a device.
-    typedef bool (*Match)(const UmWidget& widget, const WidgetMapData& mapData);
     void add_all(const GUID& classId);
+    std::vector<WidgetMapData> list_watched() const;
+    void catch_up();
+    void make_wing(const WidgetMapData& mapData);
+    void drop_wing(const WidgetMapData& mapData, Match isOf);
+    void announce(WidgetKey key, bool isPresent);
+    void announce_held_back();
     void emitReadEvent(WidgetKey k, UmWidget& widget, const UmWidget::Event* event);
     void emitConfiguration(WidgetKey k, UmWidget& widget, int kind);
 
@@ -134,19 +147,13 @@ private:
     /// A wing whose LEDs and state may be worked: not of product id 1.
     std::shared_ptr<UmWing> FindWorkable(WidgetKey k);
 
-    std::vector<WidgetMapData> list_watched() const;
-    void catch_up();
-    void make_wing(const WidgetMapData& mapData);
-    void drop_wing(const WidgetMapData& mapData, Match isOf);
-    void announce(WidgetKey key, bool isPresent);
-    void announce_held_back();
+    std::vector<const GUID*> m_watched; // classes, in the order of their wings; of Begin() alone
     std::map<WidgetKey, Entry> m_wings; // guarded by m_lock
     Os::RwLock m_lock;
+    const std::unique_ptr<WingNews> m_news; // guarded by m_lock
     WidgetSignaller m_wingSignaller;
     WidgetSignaller m_trackBallSignaller;
     WidgetSignaller m_buttonBarSignaller;
 };
 
-    std::vector<const GUID*> m_watched; // classes, in the order of their wings; of Begin() alone
 } // namespace Hardware
-    const std::unique_ptr<WingNews> m_news; // guarded by m_lock

@@ -19,8 +19,19 @@ class _DeviceImpl;
 /// One MIDI input and one MIDI output, chosen by port name.
 ///
 /// Reception runs on a thread of the device's own and raises the two message signals there.
-/// Reception is switched, and messages are sent, by one thread at a time; the rest may be called
-/// from any thread. A slot connected directly must not switch reception.
+/// Reception is switched by one thread at a time. Messages are sent, and running status is
+/// switched, by one thread at a time. The rest may be called from any thread. A slot connected
+/// directly must not switch reception and must not delete the device, because the receive thread
+/// would wait for itself; deleteLater() works. A derived class switches reception and transmission
+/// off in its own destructor, while its members and its SendBuffer() are still there.
+///
+/// The receive thread installs a handler of the library's for SIGUSR1, which stays installed. Sent
+/// to that thread, the signal interrupts its wait, and the input is closed and opened again.
+///
+/// Input is simpler than the MIDI standard in three places. A real-time byte (0xF8 to 0xFF) is a
+/// message of its own that ends running status and discards a message that is only partly there. A
+/// system-exclusive message of more than 129 bytes, both ends included, is discarded without a
+/// signal. Song select (0xF3) arrives without its data byte.
 class HARDWARE_EXPORT Device : public QObject
 {
     Q_OBJECT
@@ -30,6 +41,14 @@ public:
     struct Id {
         Device* device = nullptr; ///< borrowed
         std::uint32_t number = 0; ///< always 0: a device has one pair of ports
+
+        bool operator==(const Id& other) const = default;
+        /// Orders by device, in no order that means anything, then by number.
+        bool operator<(const Id& other) const
+        {
+            return device == other.device ? number < other.number
+                                          : std::less<>()(device, other.device);
+        }
     };
 
     /// A received channel or system message other than system exclusive. May be queued: id is
@@ -41,14 +60,6 @@ public:
         std::uint32_t message = 0;
     };
 
-
-        bool operator==(const Id& other) const = default;
-        /// Orders by device, in no order that means anything, then by number.
-        bool operator<(const Id& other) const
-        {
-            return device == other.device ? number < other.number
-                                          : std::less<>()(device, other.device);
-        }
     /// A received system-exclusive message. Its bytes are borrowed for the length of the signal, so
     /// only a direct connection may read them.
     struct SysExMessage {
@@ -69,7 +80,9 @@ public:
     ~Device() override;
 
     /// Names of all MIDI ports there are now, in ascending order, each once. Asks the system anew
-    /// on every call. Each byte of a driver's name is one character.
+    /// on every call. Each byte of a driver's name is one character with the sign of the byte:
+    /// bytes above 0x7F become negative characters, which come before all others. Pass a name on as
+    /// it is here, and decode it only to show it.
     static std::list<std::wstring> GetInputs();
     /// The same names: every port serves both directions.
     static std::list<std::wstring> GetOutputs();
@@ -84,13 +97,21 @@ public:
     /// Switches reception. On: the thread runs when this returns, and txMidiDeviceAdded() was
     /// raised if it was off; a port that is missing or fails is tried again every 250 ms. Off:
     /// raises txMidiDeviceRemoved(), also when it was off, and waits for the thread, about 250 ms
-    /// beyond a slot that is running.
+    /// beyond a slot that is running. Until this has returned, messages may still arrive.
     void EnableReceive(bool enable);
     bool IsReceiveEnabled() const;
-    /// Switches transmission. On opens nothing yet; off closes the output.
+    /// Switches transmission. On opens nothing yet; off closes the output, which may wait until the
+    /// driver has sent what it holds.
     void EnableTransmit(bool enable);
     bool IsTransmitEnabled() const;
     /// Lets SendShortMessage() leave out a status byte that repeats. The status remembered is kept.
+    /// Called by the thread that sends.
+    ///
+    /// SendShortMessage() compares with the message that it sent before, whatever was sent in
+    /// between: the status byte is also left out after bytes that SendBuffer() sent, such as a
+    /// system-exclusive message, and on another output port. A receiver that follows the MIDI
+    /// standard discards the message then. To send the status byte once, switch running status off,
+    /// send the message and switch it on again.
     void EnableTxRunningStatus(bool enable);
 
     /// Sends a message packed as in ShortMessage.
@@ -109,7 +130,8 @@ Q_SIGNALS:
 
     /// Reception was switched on. On the thread that switched it.
     void txMidiDeviceAdded(const Hardware::Midi::Device::Id& id);
-    /// Reception was switched off. On the thread that switched it.
+    /// Reception was switched off. On the thread that switched it, before it waits for the receive
+    /// thread: a message may still follow until EnableReceive() or the destructor returns.
     void txMidiDeviceRemoved(const Hardware::Midi::Device::Id& id);
     /// A system-exclusive message came in. On the receive thread; connect directly.
     void txSysExMessage(const Hardware::Midi::Device::SysExMessage& message);

@@ -19,6 +19,9 @@ class _DeviceCdImpl;
 /// slot connected directly to frameRead() must not disable or destroy the device: the thread would
 /// wait for itself, which is fatal. That thread replaces the process's handler for SIGUSR1 by one
 /// that does nothing, and asks a drive that does not play without any pause.
+///
+/// A drive that was unplugged is not opened again by itself, also when it is plugged in again:
+/// disable and enable the device then.
 class HARDWARE_EXPORT DeviceCd : public Device
 {
     Q_OBJECT

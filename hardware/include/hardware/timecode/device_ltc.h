@@ -27,7 +27,9 @@ public:
     ~DeviceLtc() override;
 
     /// Opens and reads all boards, now and as they are plugged. True when enabled already. False
-    /// when the driver refuses; then the device stays disabled.
+    /// when the driver refuses; then the device stays disabled. Waits until the driver has acted on
+    /// all that it was told before, slots included: do not call it while you hold a lock that a
+    /// slot takes.
     bool Enable() override;
     /// Stops reading the boards, also for other devices that listen to them, and leaves them open.
     /// A signal that is being raised is not waited for. True when disabled already; else what the

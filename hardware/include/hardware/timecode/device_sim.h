@@ -17,6 +17,11 @@ namespace Hardware::Timecode
 /// All calls come from one application thread. frameRead() is raised on the instance's thread,
 /// deviceAdded() and deviceRemoved() on the caller's. A slot connected directly to frameRead() must
 /// not stop or destroy that instance: the thread would wait for itself, which is fatal.
+///
+/// A change counts from the next frame on: one that is being emitted is the old one. Frames are
+/// paced in whole milliseconds, so that some rates run a little fast, 24 at 24.19 and 29.97 at
+/// 29.84 frames per second; use the frames and not the time between them. No frame carries the
+/// drop-frame flag.
 class HARDWARE_EXPORT DeviceSim : public Device
 {
     Q_OBJECT
@@ -26,7 +31,7 @@ public:
     class Sim;
 
     explicit DeviceSim(QObject* parent);
-    /// Disables and stops every instance; reports no removal.
+    /// Disables and stops every instance, all at once; reports no removal.
     ~DeviceSim() override;
 
     /// Makes instance @p n: stopped, enabled, rate 0, format Invalid, at index 0. Reports it by
@@ -37,7 +42,8 @@ public:
 
     // The operations on one instance return false when there is no such instance, else true.
 
-    /// Starts the instance's thread. The first frame emitted is the current position.
+    /// Starts the instance's thread. The first frame emitted is the current position. It is fatal
+    /// when the system makes no more threads.
     bool Start(unsigned n);
     /// Stops the thread and waits for it; at most about 100 ms beyond a slot that is running.
     bool Stop(unsigned n);

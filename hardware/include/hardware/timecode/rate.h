@@ -32,7 +32,8 @@ private:
 };
 
 // Conversions between rate (frames per second), interval and format. Pure, any thread. A plain
-// number passed to toRate() is an interval, so toRate(2) is 500: pass a TimecodeFormat by its name.
+// number, an unsigned one included, is never a format: toRate() takes it for an interval, so that
+// toRate(2) is 500, and all others take it for a rate. Pass a TimecodeFormat by its name.
 
 /// Frames per second of a format; 0.0 for Invalid and any value above it.
 HARDWARE_EXPORT double toRate(TimecodeFormat format);
@@ -43,7 +44,7 @@ HARDWARE_EXPORT Interval toInterval(double rate);
 /// Interval of the format's rate; the largest finite double for Invalid.
 HARDWARE_EXPORT Interval toInterval(TimecodeFormat format);
 /// Format whose rate is nearest: 30 gives SMPTE 30 (never NTSC 30), 25 EBU 25, 24 Film 24; any
-/// other rate, NaN included, gives Invalid.
+/// other rate gives Invalid, such as 27 and NaN.
 HARDWARE_EXPORT TimecodeFormat toFormat(double rate);
 /// Format of the interval's rate.
 HARDWARE_EXPORT TimecodeFormat toFormat(Interval interval);
