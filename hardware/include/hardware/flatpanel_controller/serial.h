@@ -16,8 +16,8 @@ namespace Hardware
 ///
 /// Operations that return an int give 0, or a number of bytes, where they succeed, and otherwise an
 /// errno value, which is positive too: 22 (EINVAL) when the port is not open or an argument is
-/// wrong. A device that cannot be opened or set up, a wrong speed, parity or flow control, and failed
-/// reads and writes are logged at level 1. One owner uses the object, one thread at a time;
+/// wrong. A device that cannot be opened or set up, a wrong speed, parity or flow control, and
+/// failed reads and writes are logged at level 1. One owner uses the object, one thread at a time;
 /// WaitForInput() holds nothing, and its result is another.
 class HARDWARE_EXPORT Serial
 {
@@ -45,8 +45,8 @@ public:
     /// reads and writes block. The port does not become the controlling terminal, and programs that
     /// the process starts do not inherit the descriptor. Close an open port first: another open
     /// leaves the first descriptor behind.
-    /// Returns 25 (ENOTTY) or 5 (EIO) for a device that opens and is no serial port, such as one that
-    /// stands for hardware that is not there.
+    /// Returns 25 (ENOTTY) or 5 (EIO) for a device that opens and is no serial port, such as one
+    /// that stands for hardware that is not there.
     /// @param baud 300, 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200, 230400 or 460800
     int Open(int baud, parity_e parity, flowcontrol_e flow);
 
