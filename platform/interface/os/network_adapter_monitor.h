@@ -27,7 +27,9 @@ public:
     static NetworkAdapterMonitor& Get();
 
     /// Has @p callback called whenever the adapter of that name changes from now on, also one that
-    /// does not exist yet. Registered again, it gets what either mask asks for, once.
+    /// does not exist yet. Registered again, it gets what either mask asks for, once. A change
+    /// during the registration is reported, perhaps before this returns; whoever wants to know the
+    /// state registers first and reads it then.
     ///
     /// @param mask events to be told of
     /// @return false for what cannot be a name, for a mask without events, and when the system

@@ -65,6 +65,15 @@ bool AdapterCallbacks::IsWatched(const std::wstring& name) const
         [&name](const Registration& registration) { return registration.name == name; });
 }
 
+std::set<std::wstring> AdapterCallbacks::GetNames() const
+{
+    const std::lock_guard hold(m_mutex);
+    std::set<std::wstring> names;
+    for (const Registration& registration : m_registrations)
+        names.insert(registration.name);
+    return names;
+}
+
 bool AdapterCallbacks::IsCalling() const
 {
     const std::lock_guard hold(m_mutex);

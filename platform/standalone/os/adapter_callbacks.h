@@ -4,6 +4,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <mutex>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -28,6 +29,8 @@ public:
 
     bool IsEmpty() const;
     bool IsWatched(const std::wstring& name) const;
+    /// Names with a registration, sorted.
+    std::set<std::wstring> GetNames() const;
     /// Whether a call is running.
     bool IsCalling() const;
 

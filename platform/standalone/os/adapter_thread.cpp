@@ -36,24 +36,38 @@ NetworkAdapter ToAdapter(const AdapterLink& link, const AdapterFacts& facts)
     return {link.name, link.state, facts.statistics, link.hardwareAddress};
 }
 
-unsigned Compare(const NetworkAdapter& one, const NetworkAdapter& other)
+unsigned Compare(const AdapterLink& one, const AdapterLink& other)
 {
     unsigned events = 0;
-    if (one.GetState() != other.GetState())
+    if (one.state != other.state)
         events |= NetworkAdapterMonitor::Event_Link;
-    if (one.GetHardwareAddress() != other.GetHardwareAddress())
+    if (one.hardwareAddress != other.hardwareAddress)
         events |= NetworkAdapterMonitor::Event_Address;
-    if (one.GetStatistics().speed != other.GetStatistics().speed)
-        events |= NetworkAdapterMonitor::Event_Settings;
     return events;
 }
 
-std::map<int, AdapterLink> ToMap(const std::vector<AdapterLink>& links)
+typedef std::map<int, AdapterLink> Links;
+
+Links ToMap(const std::vector<AdapterLink>& links)
 {
-    std::map<int, AdapterLink> map;
+    Links map;
     for (const AdapterLink& link : links)
         map[link.index] = link;
     return map;
+}
+
+/// The adapter of that name; an absent one where there is none.
+AdapterLink Find(const Links& links, const std::wstring& name)
+{
+    const auto found = std::find_if(links.begin(), links.end(), [&name](const auto& entry) {
+        return entry.second.name == name;
+    });
+    if (found != links.end())
+        return found->second;
+    AdapterLink absent;
+    absent.name = name;
+    absent.state = NetworkAdapter::State_Absent;
+    return absent;
 }
 
 } // namespace
@@ -72,11 +86,18 @@ AdapterThread::~AdapterThread()
     RequestStop();
 }
 
+void AdapterThread::Forget(const std::wstring& name)
+{
+    const std::lock_guard hold(m_mutex);
+    m_speeds.erase(name);
+}
+
 void AdapterThread::Watch(const std::wstring& name)
 {
-    const AdapterFacts facts = GetSubscription().source->Read(name);
+    const std::uint64_t speed = GetSubscription().source->Read(name).statistics.speed;
     const std::lock_guard hold(m_mutex);
-    m_watched.insert_or_assign(name, ToAdapter(facts.link, facts));
+    // What the thread read meanwhile, because of news, is younger.
+    m_speeds.try_emplace(name, speed);
 }
 
 void AdapterThread::Replace(Subscription subscription)
@@ -182,23 +203,24 @@ void AdapterThread::TakeEvent(const AdapterEvent& event)
     const auto known = m_links.find(event.link.index);
     switch (event.kind) {
     case AdapterEvent::Kind::Changed: {
-        const std::wstring before = known == m_links.end() ? event.link.name : known->second.name;
+        const AdapterLink before = Find(m_links, event.link.name);
+        const AdapterLink former = known == m_links.end() ? before : known->second;
         m_links[event.link.index] = event.link;
-        if (before != event.link.name)
-            Check(before, 0);
-        Check(event.link.name, 0);
+        if (former.name != event.link.name)
+            Check(former, 0);
+        Check(before, 0);
         break;
     }
     case AdapterEvent::Kind::Removed:
         if (known != m_links.end()) {
-            const std::wstring name = known->second.name;
+            const AdapterLink before = known->second;
             m_links.erase(known);
-            Check(name, 0);
+            Check(before, 0);
         }
         break;
     case AdapterEvent::Kind::Settings:
         if (known != m_links.end())
-            Check(known->second.name, NetworkAdapterMonitor::Event_Settings);
+            Check(known->second, NetworkAdapterMonitor::Event_Settings);
         break;
     case AdapterEvent::Kind::Lost:
         OS_LOG(GetNetworkLogContext(), Os::Log::Warning, SourceFile,
@@ -215,46 +237,41 @@ void AdapterThread::ListAnew()
     m_mustList = !links;
     if (!links)
         return;
-    m_links = ToMap(*links);
-    std::vector<std::wstring> names;
-    {
-        const std::lock_guard hold(m_mutex);
-        for (const auto& [name, adapter] : m_watched)
-            names.push_back(name);
-    }
-    for (const std::wstring& name : names)
-        Check(name, AnyEvent);
+    const Links before = std::exchange(m_links, ToMap(*links));
+    for (const std::wstring& name : m_callbacks.GetNames())
+        Check(Find(before, name), AnyEvent);
 }
 
-/// Calls back where an adapter differs from what was known of it, or @p events happened anyway.
-void AdapterThread::Check(const std::wstring& name, unsigned events)
+/// Calls back where the adapter of that name differs from what it was, or @p events happened
+/// anyway.
+void AdapterThread::Check(const AdapterLink& before, unsigned events)
 {
+    const std::wstring& name = before.name;
     if (!m_callbacks.IsWatched(name))
         return;
-    AdapterLink link;
-    link.name = name;
-    link.state = NetworkAdapter::State_Absent;
+    // As the news have it: what it is by now has news of its own, and no state may be skipped.
+    const AdapterLink now = Find(m_links, name);
     AdapterFacts facts;
-    const auto found = std::find_if(m_links.begin(), m_links.end(), [&name](const auto& entry) {
-        return entry.second.name == name;
-    });
-    if (found != m_links.end()) {
-        // As it was told: what it is by now has news of its own, and no state may be skipped.
-        link = found->second;
+    if (now.state != NetworkAdapter::State_Absent)
         facts = GetSubscription().source->Read(name);
-    }
-    const NetworkAdapter now = ToAdapter(link, facts);
-    NetworkAdapter before;
-    {
-        const std::lock_guard hold(m_mutex);
-        const auto watched = m_watched.find(name);
-        if (watched == m_watched.end())
-            return;
-        before = std::exchange(watched->second, now);
-    }
     events |= Compare(before, now);
+    const std::uint64_t speed = facts.statistics.speed;
+    const auto speedBefore = KeepSpeed(name, speed);
+    // Not known while a registration is reading it: then the speed may be what has changed.
+    if (speedBefore ? *speedBefore != speed : events == 0)
+        events |= NetworkAdapterMonitor::Event_Settings;
     if (events != 0)
-        m_callbacks.Call(now, before.GetState(), events, m_isStopping);
+        m_callbacks.Call(ToAdapter(now, facts), before.state, events, m_isStopping);
+}
+
+/// @return the speed before, if it was known
+std::optional<std::uint64_t> AdapterThread::KeepSpeed(const std::wstring& name, std::uint64_t speed)
+{
+    const std::lock_guard hold(m_mutex);
+    const auto [known, isNew] = m_speeds.try_emplace(name, speed);
+    if (isNew)
+        return std::nullopt;
+    return std::exchange(known->second, speed);
 }
 
 } // namespace Standalone

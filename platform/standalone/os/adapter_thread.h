@@ -3,9 +3,11 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -38,7 +40,10 @@ public:
     AdapterThread(const AdapterThread&) = delete;
     AdapterThread& operator=(const AdapterThread&) = delete;
 
-    /// Compares an adapter from now on with what it is now.
+    /// Forgets what was read of an adapter while it was watched before.
+    void Forget(const std::wstring& name);
+    /// Reads of an adapter what its source does not send as news: the speed. To be called once a
+    /// callback is registered, so that no change in between is missed.
     void Watch(const std::wstring& name);
     /// Goes on with another source.
     void Replace(Subscription subscription);
@@ -57,12 +62,15 @@ private:
     bool TakeNews(const std::shared_ptr<AdapterNews>& news);
     void TakeEvent(const AdapterEvent& event);
     void ListAnew();
-    void Check(const std::wstring& name, unsigned events);
+    void Check(const AdapterLink& before, unsigned events);
+    std::optional<std::uint64_t> KeepSpeed(const std::wstring& name, std::uint64_t speed);
     Subscription GetSubscription() const;
 
     AdapterCallbacks& m_callbacks;
-    Threads m_previous;                  // of the thread alone
-    std::map<int, AdapterLink> m_links;  // by index; of the thread alone
+    Threads m_previous; // of the thread alone
+    // By index, watched or not, as the news left them: the state before a change is always known,
+    // whenever a callback is registered. Of the thread alone.
+    std::map<int, AdapterLink> m_links;
     bool m_mustList = false;             // of the thread alone
     std::shared_ptr<AdapterNews> m_used; // of the thread alone: whose news m_links follows
 
@@ -71,7 +79,7 @@ private:
     mutable std::mutex m_mutex; // guards all below but the thread; never held over a call
     std::condition_variable m_changed;
     Subscription m_subscription;
-    std::map<std::wstring, Os::NetworkAdapter> m_watched; // as last known
+    std::map<std::wstring, std::uint64_t> m_speeds; // of watched adapters, as last read
     unsigned long m_flushesWanted = 0;
     unsigned long m_flushesDone = 0;
     bool m_hasEnded = false;

@@ -34,9 +34,13 @@ bool NetworkMonitor::Register(const std::wstring& name, unsigned mask, Callback&
     const std::lock_guard hold(m_mutex);
     if (!m_thread && !StartThread())
         return false;
-    if (!m_callbacks.IsWatched(name))
-        m_thread->Watch(name);
+    const bool isFirst = !m_callbacks.IsWatched(name);
+    if (isFirst)
+        m_thread->Forget(name);
+    // Before the adapter is read, so that a change during the registration is reported.
     m_callbacks.Add(name, mask & Os::NetworkAdapterMonitor::Event_All, callback);
+    if (isFirst)
+        m_thread->Watch(name);
     return true;
 }
 
