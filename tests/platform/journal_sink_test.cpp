@@ -152,6 +152,7 @@ TEST(JournalSink, SendsEachLineToTheJournalAsOneEntry)
         Os::Log::Context context("Wire", nullptr, Os::Log::AllLevels);
         Standalone::SetLogSink(std::make_shared<Standalone::JournalSink>());
         OS_LOG(context, Os::Log::Warning, "a.cpp", "two\nlines" << '\0');
+        Standalone::FlushLog();
         std::array<char, 65536> bytes{};
         const ssize_t size = recv(listener, bytes.data(), bytes.size(), MSG_DONTWAIT);
         if (size < 0 || write(output, bytes.data(), static_cast<std::size_t>(size)) != size)
@@ -172,10 +173,27 @@ TEST(JournalSink, SendsEachLineToTheJournalAsOneEntry)
     EXPECT_THAT(GetOnly(fields, "CALL_STACK").value_or(""), testing::StartsWith("0x"));
 }
 
+TEST(JournalSink, HoldsUpNobodyWhereTheJournalIsStuck)
+{
+    const ChildResult result = RunInChild([](int) {
+        alarm(60);
+        ListenAsJournal(); // and takes nothing
+        Standalone::JournalSink sink;
+        for (int i = 0; i < 2000; ++i)
+            sink.Write(MakeRecord(8, "untaken"));
+    });
+    if (result.exitCode == NotPermitted)
+        GTEST_SKIP() << "a /run of the test's own needs the right to mount";
+    EXPECT_EQ(result.exitCode, 0);
+}
+
 TEST(JournalSink, GoesOnWhereThereIsNoJournal)
 {
-    const ChildResult result =
-        RunInChild([](int) { Standalone::JournalSink().Write(MakeRecord(8, "unheard")); });
+    const ChildResult result = RunInChild([](int) {
+        Standalone::JournalSink().Write(MakeRecord(8, "unheard"));
+        if (!Standalone::FlushLog())
+            _exit(1);
+    });
     if (result.exitCode == NotPermitted)
         GTEST_SKIP() << "a /run of the test's own needs the right to mount";
     EXPECT_EQ(result.exitCode, 0);

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "os/fatal.h"
 
-#include <unistd.h>
-
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
+#include <string_view>
 
 #include "kel/text_base.h"
 #include "os/log.h"
+#include "os/stderr_output.h"
 #include "standalone/fatal_handler.h"
+#include "standalone/log_sink.h"
 
 namespace Os
 {
@@ -27,8 +29,13 @@ Log::Context& FatalLogContext()
 
 void WriteToStandardError(const kel::text_base<char>& text)
 {
-    // Unbuffered and without a second try: the process is about to abort.
-    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text.data(), text.length());
+    // Unbuffered, and not for ever: where nobody reads it, the process aborts all the same.
+    constexpr std::chrono::seconds Limit{2};
+    constexpr int LookMilliseconds = 100;
+    const auto end = std::chrono::steady_clock::now() + Limit;
+    std::string_view rest = text.view();
+    while (!Standalone::WriteToStandardError(rest) && std::chrono::steady_clock::now() < end)
+        Standalone::WaitForStandardError(LookMilliseconds);
 }
 
 } // namespace
@@ -39,6 +46,7 @@ void Fatal(const char* text, unsigned line, const char* fileAndDate)
     report << text << ", line " << line << ", " << fileAndDate;
     FatalLogContext().Write(Log::Critical, fileAndDate,
                             static_cast<const char*>(__PRETTY_FUNCTION__), line, report);
+    Standalone::FlushLog(); // what led here stands before it
     report << '\n';
     WriteToStandardError(report);
 

@@ -8,6 +8,8 @@
 #define SD_JOURNAL_SUPPRESS_LOCATION
 #include <systemd/sd-journal.h>
 
+#include "os/log_writer.h"
+
 namespace Standalone
 {
 
@@ -30,6 +32,34 @@ int GetPriority(unsigned level)
     }
 }
 
+/// Sending waits for the journal, so it is never done at once.
+class JournalLine final : public PendingLine
+{
+public:
+    explicit JournalLine(const LogRecord& record) : m_line(Keep(record)) {}
+
+    bool WriteNow() override { return false; }
+    void WriteWaiting(const std::atomic<bool>& /*isStopping*/) override
+    {
+        std::vector<std::string> fields = JournalSink::MakeFields(
+            {m_line.context, m_line.level, m_line.file.c_str(), m_line.function.c_str(),
+             m_line.line, m_line.text, m_line.stack.data(), m_line.stack.size()});
+        std::vector<iovec> parts;
+        parts.reserve(fields.size());
+        for (std::string& field : fields)
+            parts.push_back({field.data(), field.size()});
+        // A journal that is not there takes nothing; a log line has nobody to complain to.
+        sd_journal_sendv(parts.data(), static_cast<int>(parts.size()));
+    }
+    std::unique_ptr<PendingLine> MakeAnother(const LogRecord& record) const override
+    {
+        return std::make_unique<JournalLine>(record);
+    }
+
+private:
+    const LogLine m_line;
+};
+
 } // namespace
 
 std::vector<std::string> JournalSink::MakeFields(const LogRecord& record)
@@ -48,13 +78,7 @@ std::vector<std::string> JournalSink::MakeFields(const LogRecord& record)
 
 void JournalSink::Write(const LogRecord& record)
 {
-    std::vector<std::string> fields = MakeFields(record);
-    std::vector<iovec> parts;
-    parts.reserve(fields.size());
-    for (std::string& field : fields)
-        parts.push_back({field.data(), field.size()});
-    // A journal that is not there takes nothing; a log line has nobody to complain to.
-    sd_journal_sendv(parts.data(), static_cast<int>(parts.size()));
+    LogWriter::Get().Write(std::make_unique<JournalLine>(record));
 }
 
 } // namespace Standalone

@@ -1,12 +1,83 @@
 // SPDX-License-Identifier: MIT
-#include <unistd.h>
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <string_view>
+#include <utility>
 
+#include "os/log_writer.h"
+#include "os/stderr_output.h"
 #include "standalone/log_sink.h"
 #include "standalone/memory_sink.h"
 #include "standalone/stderr_sink.h"
 
 namespace Standalone
 {
+
+namespace
+{
+
+/// How long a flush may take where nobody reads the log.
+constexpr std::chrono::milliseconds FlushLimit{2000};
+/// How often a line that waits looks whether it still may.
+constexpr int LookMilliseconds = 100;
+
+std::string Format(const LogRecord& record, bool withCallStack)
+{
+    std::string line;
+    line.append(record.context).append(" ").append(GetLevelName(record.level)).append(": ");
+    line.append(record.text);
+    line.append(" [").append(record.file).append(":").append(std::to_string(record.line));
+    line.append(" ").append(record.function).append("]\n");
+    if (withCallStack)
+        for (std::size_t i = 0; i < record.stackSize; ++i)
+            line.append("    ").append(FormatCallStack(record.stack + i, 1));
+    return line;
+}
+
+class StderrLine final : public PendingLine
+{
+public:
+    StderrLine(const LogRecord& record, bool withCallStack)
+        : m_withCallStack(withCallStack), m_line(Format(record, withCallStack)), m_rest(m_line)
+    {
+    }
+
+    // One call where the whole line is taken, so that lines of several processes do not mix.
+    bool WriteNow() override { return WriteToStandardError(m_rest); }
+    void WriteWaiting(const std::atomic<bool>& isStopping) override
+    {
+        while (!WriteNow() && !isStopping)
+            WaitForStandardError(LookMilliseconds);
+    }
+    std::unique_ptr<PendingLine> MakeAnother(const LogRecord& record) const override
+    {
+        return std::make_unique<StderrLine>(record, m_withCallStack);
+    }
+
+private:
+    const bool m_withCallStack;
+    const std::string m_line;
+    std::string_view m_rest;
+};
+
+} // namespace
+
+LogLine Keep(const LogRecord& record)
+{
+    return {record.context,
+            record.level,
+            record.file,
+            record.function,
+            record.line,
+            std::string(record.text),
+            std::vector<const void*>(record.stack, record.stack + record.stackSize)};
+}
+
+bool FlushLog()
+{
+    return LogWriter::Get().Flush(FlushLimit);
+}
 
 const char* GetLevelName(unsigned level)
 {
@@ -30,27 +101,12 @@ StderrSink::StderrSink(bool withCallStack) : m_withCallStack(withCallStack) {}
 
 void StderrSink::Write(const LogRecord& record)
 {
-    std::string line;
-    line.append(record.context).append(" ").append(GetLevelName(record.level)).append(": ");
-    line.append(record.text);
-    line.append(" [").append(record.file).append(":").append(std::to_string(record.line));
-    line.append(" ").append(record.function).append("]\n");
-    if (m_withCallStack)
-        for (std::size_t i = 0; i < record.stackSize; ++i)
-            line.append("    ").append(FormatCallStack(record.stack + i, 1));
-    // One call, so that lines of several threads do not mix.
-    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line.data(), line.size());
+    LogWriter::Get().Write(std::make_unique<StderrLine>(record, m_withCallStack));
 }
 
 void MemorySink::Write(const LogRecord& record)
 {
-    Line line{record.context,
-              record.level,
-              record.file,
-              record.function,
-              record.line,
-              std::string(record.text),
-              std::vector<const void*>(record.stack, record.stack + record.stackSize)};
+    Line line = Keep(record);
     const std::lock_guard hold(m_mutex);
     m_lines.push_back(std::move(line));
 }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform_export.h"
 
@@ -23,13 +24,32 @@ struct LogRecord {
     std::size_t stackSize;      ///< entries of stack
 };
 
-/// Where log lines go. Write() may be called by several threads at once.
+/// The same with copies of all that it borrowed.
+struct LogLine {
+    std::string context;
+    unsigned level;
+    std::string file;
+    std::string function;
+    unsigned line;
+    std::string text;
+    std::vector<const void*> stack;
+};
+PLATFORM_EXPORT LogLine Keep(const LogRecord& record);
+
+/// Where log lines go. Write() may be called by several threads at once, also by the threads of
+/// devices: it returns without waiting for whoever reads the log.
 class PLATFORM_EXPORT LogSink
 {
 public:
     virtual ~LogSink();
     virtual void Write(const LogRecord& record) = 0;
 };
+
+/// Waits until the platform's own sinks have written all lines so far, at most two seconds. They
+/// write a line at once where that needs no waiting, and do this by themselves before a fatal stop
+/// and when the process ends.
+/// @return false when a line is still waiting
+PLATFORM_EXPORT bool FlushLog();
 
 /// Sends all log lines to @p sink, from now on, and returns the sink before it. A line that another
 /// thread is writing may still reach the old one, which lives until then. Null drops all lines.

@@ -13,16 +13,7 @@ namespace Standalone
 class PLATFORM_EXPORT MemorySink : public LogSink
 {
 public:
-    /// A LogRecord with copies of all that it borrowed.
-    struct Line {
-        std::string context;
-        unsigned level;
-        std::string file;
-        std::string function;
-        unsigned line;
-        std::string text;
-        std::vector<const void*> stack;
-    };
+    typedef LogLine Line;
 
     void Write(const LogRecord& record) override;
 
