@@ -14,11 +14,14 @@
 #include <future>
 #include <memory>
 #include <new>
+#include <stdexcept>
 #include <thread>
 
 #include "gut/application.h"
+#include "os/log.h"
 #include "os/post.h"
 #include "standalone/messages.h"
+#include "support/log_capture.h"
 #include "support/wait.h"
 
 namespace
@@ -346,6 +349,141 @@ TEST(MessageDelivery, DestructionWaitsForACallOnAnotherThread)
     destroyer.join();
     deliverer.join();
     EXPECT_TRUE(hadLeft);
+}
+
+TEST(MessageDelivery, AFilterThatThrowsCanBeDestroyedOnAnotherThread)
+{
+    Texts log;
+    auto* const filter = new Handler("filter", log);
+    filter->action = [] { throw std::runtime_error("no"); };
+    Os::Post(MakeMessage(1), 3);
+    EXPECT_THROW(Standalone::DeliverMessages(), std::runtime_error);
+    const auto isGone = std::make_shared<std::atomic<bool>>(false);
+    std::thread destroyer([filter, isGone] {
+        delete filter;
+        *isGone = true;
+    });
+    EXPECT_TRUE(TestSupport::WaitUntil([&isGone] { return isGone->load(); }));
+    if (*isGone)
+        destroyer.join();
+    else
+        destroyer.detach(); // it waits for ever
+}
+
+TEST(MessageDelivery, ATargetThatThrowsCanBeDestroyedOnAnotherThread)
+{
+    Texts log;
+    auto* const target = new Handler("target", log);
+    target->action = [] { throw std::runtime_error("no"); };
+    Os::Post(Gut::TargettedMessage(*target, Gut::TargettedMessageType_Default, 0), 32);
+    EXPECT_THROW(Standalone::DeliverMessages(), std::runtime_error);
+    const auto isGone = std::make_shared<std::atomic<bool>>(false);
+    std::thread destroyer([target, isGone] {
+        delete target;
+        *isGone = true;
+    });
+    EXPECT_TRUE(TestSupport::WaitUntil([&isGone] { return isGone->load(); }));
+    if (*isGone)
+        destroyer.join();
+    else
+        destroyer.detach(); // it waits for ever
+}
+
+TEST(MessageDelivery, MessagesBehindOneThatMadeAFilterThrowAreDelivered)
+{
+    Texts log;
+    Handler filter("filter", log);
+    filter.action = [&filter] {
+        filter.action = nullptr;
+        throw std::runtime_error("no");
+    };
+    Os::Post(MakeMessage(1), 3);
+    Os::Post(MakeMessage(2), 3);
+    EXPECT_THROW(Standalone::DeliverMessages(), std::runtime_error);
+    Standalone::DeliverMessages();
+    EXPECT_THAT(log, ElementsAre("filter 1", "filter 2"));
+}
+
+TEST(MessageDelivery, AHandlerThatEndedItsMessagesGetsNoFurtherOne)
+{
+    class Ending : public Handler
+    {
+    public:
+        using Handler::EndMessages;
+        using Handler::Handler;
+    };
+    Texts log;
+    Ending ending("ending", log);
+    const Handler filter("filter", log);
+    Os::Post(Gut::TargettedMessage(ending, Gut::TargettedMessageType_Default, 0), 32);
+    Os::Post(MakeMessage(1), 3);
+    ending.EndMessages();
+    Os::Post(Gut::TargettedMessage(ending, Gut::TargettedMessageType_Default, 0), 32);
+    Standalone::DeliverMessages();
+    EXPECT_THAT(log, ElementsAre("filter 1"));
+}
+
+TEST(MessageDelivery, MessagesBeyondTheLimitAreLostAndLoggedOnce)
+{
+    constexpr int Limit = 10000;
+    const TestSupport::LogCapture capture;
+    for (int i = 0; i < Limit; ++i)
+        Os::Post(MakeMessage(1), 3);
+    EXPECT_THAT(capture.GetTexts(), IsEmpty());
+    for (int i = 0; i < 5; ++i)
+        Os::Post(MakeMessage(2), 3);
+    ASSERT_THAT(capture.GetTexts(),
+                ElementsAre("Messages are lost: 10000 are waiting to be delivered"));
+    EXPECT_EQ(capture.GetLines()[0].context, "Messages");
+    EXPECT_EQ(capture.GetLines()[0].level, Os::Log::Error);
+    Texts log;
+    const Handler filter("filter", log);
+    Standalone::DeliverMessages();
+    EXPECT_EQ(log, Texts(Limit, "filter 1"));
+    // All are delivered, so that the next overflow is news.
+    for (int i = 0; i <= Limit; ++i)
+        Os::Post(MakeMessage(3), 3);
+    EXPECT_EQ(capture.GetTexts().size(), 2U);
+}
+
+TEST(MessageDelivery, ReplacingAnObserverWaitsForItsCallOnAnotherThread)
+{
+    std::promise<void> entered;
+    std::promise<void> leave;
+    std::atomic<bool> hasLeft{false};
+    Standalone::SetPostObserver([&](const Gut::Message&, unsigned) {
+        entered.set_value();
+        leave.get_future().wait();
+        hasLeft = true;
+    });
+    std::thread poster([] { Os::Post(MakeMessage(1), 3); });
+    entered.get_future().wait();
+    std::atomic<bool> isReplaced{false};
+    bool hadLeft = false;
+    std::thread replacer([&] {
+        Standalone::SetPostObserver({});
+        hadLeft = hasLeft;
+        isReplaced = true;
+    });
+    // Time for one that does not wait to return; one that waits needs none.
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_FALSE(isReplaced);
+    leave.set_value();
+    replacer.join();
+    poster.join();
+    EXPECT_TRUE(hadLeft);
+}
+
+TEST(MessageDelivery, AnObserverMayTakeItselfAway)
+{
+    int count = 0;
+    Standalone::SetPostObserver([&count](const Gut::Message&, unsigned) {
+        Standalone::SetPostObserver({});
+        ++count;
+    });
+    Os::Post(MakeMessage(1), 3);
+    Os::Post(MakeMessage(2), 3);
+    EXPECT_EQ(count, 1);
 }
 
 TEST(MessageDelivery, AnObserverSeesEveryPostWithItsSystemObject)

@@ -12,15 +12,20 @@ class PLATFORM_EXPORT MessageHandler
 {
 public:
     MessageHandler();
-    /// Takes it off the list of filters and drops messages for it. A call that is running on the
-    /// application's thread is waited for; destroy it there, or where no call can be running, since
-    /// by now the derived class is gone.
+    /// Ends its messages. A derived class whose FilterMessage() uses its members, and that may be
+    /// destroyed on another thread than the application's, ends them itself, first thing in its
+    /// destructor: here they are gone.
     virtual ~MessageHandler();
     MessageHandler(const MessageHandler&) = delete;
     MessageHandler& operator=(const MessageHandler&) = delete;
 
     /// @return true when the message is consumed: no filter behind this one gets it
     virtual bool FilterMessage(const Message& message) = 0;
+
+protected:
+    /// Takes it off the list of filters, drops messages for it, and waits for a call that is
+    /// running on another thread: hold no lock that the call takes. None is made afterwards.
+    void EndMessages();
 };
 
 } // namespace Gut

@@ -49,6 +49,11 @@ MessageHandler::MessageHandler()
 
 MessageHandler::~MessageHandler()
 {
+    EndMessages();
+}
+
+void MessageHandler::EndMessages()
+{
     Standalone::PostOffice::Get().Forget(*this);
 }
 

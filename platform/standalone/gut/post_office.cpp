@@ -15,6 +15,12 @@ namespace Standalone
 namespace
 {
 
+constexpr char SourceFile[] = "gut/post_office.cpp";
+
+/// Messages that may wait for somebody to deliver them. Far beyond what a busy application leaves
+/// waiting, and little memory.
+constexpr std::size_t WaitingLimit = 10000;
+
 /// Lives on the application's thread; an event to it has messages delivered there.
 class Receiver : public QObject
 {
@@ -37,6 +43,21 @@ void TakeApplication()
 Q_COREAPP_STARTUP_FUNCTION(TakeApplication)
 
 } // namespace
+
+/// Ends the innermost call of this thread, also one that is left by an exception.
+class PostOffice::CallEnd
+{
+public:
+    explicit CallEnd(PostOffice& office) : m_office(office) {}
+    ~CallEnd() { m_office.End(); }
+    CallEnd(const CallEnd&) = delete;
+    CallEnd& operator=(const CallEnd&) = delete;
+
+private:
+    PostOffice& m_office;
+};
+
+PostOffice::PostOffice() : m_log("Messages", nullptr, Os::Log::AllButTrace) {}
 
 PostOffice& PostOffice::Get()
 {
@@ -78,8 +99,10 @@ void PostOffice::Welcome(const Gut::MessageHandler& handler)
 
 void PostOffice::SetObserver(PostObserver observer)
 {
-    const std::lock_guard hold(m_mutex);
-    m_observer = std::move(observer);
+    auto next = observer ? std::make_shared<const PostObserver>(std::move(observer)) : nullptr;
+    std::unique_lock hold(m_mutex);
+    const auto before = std::exchange(m_observer, std::move(next));
+    WaitForCalls(hold, before.get());
 }
 
 void PostOffice::AddFilter(Gut::MessageHandler& handler)
@@ -97,28 +120,54 @@ void PostOffice::Forget(const Gut::MessageHandler& handler)
     std::erase_if(m_waiting, [&handler](const Gut::Message& message) {
         return message.GetTarget() == &handler;
     });
-    m_returned.wait(hold, [this, &handler] {
-        return std::none_of(m_calls.begin(), m_calls.end(), [&handler](const Call& call) {
-            return call.handler == &handler && call.thread != std::this_thread::get_id();
+    WaitForCalls(hold, &handler);
+}
+
+/// Waits for calls of one that other threads are in.
+void PostOffice::WaitForCalls(std::unique_lock<std::mutex>& hold, const void* called)
+{
+    m_returned.wait(hold, [this, called] {
+        return std::none_of(m_calls.begin(), m_calls.end(), [called](const Call& call) {
+            return call.called == called && call.thread != std::this_thread::get_id();
         });
     });
 }
 
 void PostOffice::Post(const Gut::Message& message, unsigned systemObject)
 {
-    PostObserver observer;
+    Observe(message, systemObject);
+    bool isNews = false;
+    {
+        const std::lock_guard hold(m_mutex);
+        // For one that is gone or going: whoever posts may not know yet.
+        if (message.GetTarget() && !m_handlers.contains(message.GetTarget()))
+            return;
+        // An overflow lasts until half of them are delivered, so that one line reports it.
+        m_isOverflowing = m_isOverflowing && m_waiting.size() > WaitingLimit / 2;
+        if (m_waiting.size() < WaitingLimit) {
+            m_waiting.push_back(message);
+            Wake();
+        } else {
+            isNews = !std::exchange(m_isOverflowing, true);
+        }
+    }
+    if (isNews)
+        OS_LOG(m_log, Os::Log::Error, SourceFile,
+               "Messages are lost: " << WaitingLimit << " are waiting to be delivered");
+}
+
+void PostOffice::Observe(const Gut::Message& message, unsigned systemObject)
+{
+    std::shared_ptr<const PostObserver> observer;
     {
         const std::lock_guard hold(m_mutex);
         observer = m_observer;
+        if (!observer)
+            return;
+        m_calls.push_back({observer.get(), std::this_thread::get_id()});
     }
-    if (observer)
-        observer(message, systemObject);
-    const std::lock_guard hold(m_mutex);
-    // For one that is gone or going: whoever posts may not know yet.
-    if (message.GetTarget() && !m_handlers.contains(message.GetTarget()))
-        return;
-    m_waiting.push_back(message);
-    Wake();
+    const CallEnd end(*this);
+    (*observer)(message, systemObject);
 }
 
 bool PostOffice::Deliver()
@@ -132,8 +181,8 @@ bool PostOffice::Deliver()
             // In one go with the taking: until then its destruction drops the message.
             m_calls.push_back({target, std::this_thread::get_id()});
             hold.unlock();
+            const CallEnd end(*this);
             const_cast<Gut::MessageHandler*>(target)->FilterMessage(message);
-            End();
         } else {
             hold.unlock();
             DeliverOne(message);
@@ -164,9 +213,8 @@ void PostOffice::DeliverOne(const Gut::Message& message)
     for (Gut::MessageHandler* const filter : filters) {
         if (!Begin(*filter))
             continue;
-        const bool isConsumed = filter->FilterMessage(message);
-        End();
-        if (isConsumed)
+        const CallEnd end(*this);
+        if (filter->FilterMessage(message))
             return;
     }
 }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "gut/message_handler.h"
+#include "os/log.h"
 #include "standalone/messages.h"
 
 namespace Standalone
@@ -41,26 +42,32 @@ public:
     void DeliverOnEvent();
 
 private:
+    /// A call that is running: of a handler, or of an observer.
     struct Call {
-        const Gut::MessageHandler* handler = nullptr;
+        const void* called = nullptr;
         std::thread::id thread;
     };
+    class CallEnd;
 
-    PostOffice() = default;
+    PostOffice();
     void Wake();
+    void Observe(const Gut::Message& message, unsigned systemObject);
     void DeliverOne(const Gut::Message& message);
     bool Begin(const Gut::MessageHandler& handler);
     void End();
+    void WaitForCalls(std::unique_lock<std::mutex>& hold, const void* called);
 
+    Os::Log::Context m_log;
     std::mutex m_mutex;
     std::condition_variable m_returned;
-    PostObserver m_observer; // guarded by m_mutex, as all below
+    std::shared_ptr<const PostObserver> m_observer; // guarded by m_mutex, as all below; may be null
     std::unique_ptr<QObject> m_receiver;
     std::function<void()> m_waker;
     std::set<const Gut::MessageHandler*> m_handlers; // that live
     std::deque<Gut::Message> m_waiting;
+    bool m_isOverflowing = false;
     std::vector<Gut::MessageHandler*> m_filters;
-    std::vector<Call> m_calls; // of the delivering thread, innermost last
+    std::vector<Call> m_calls; // of each thread, innermost last
 };
 
 } // namespace Standalone

@@ -14,6 +14,8 @@ PLATFORM_EXPORT void SetApplicationId(int id);
 
 /// Called for every posted message, on the thread that posts it, before it is delivered.
 typedef std::function<void(const Gut::Message& message, unsigned systemObject)> PostObserver;
+/// Replaces the observer; empty for none. Waits for calls of the one before that other threads are
+/// in: hold no lock that it takes. None is made afterwards.
 PLATFORM_EXPORT void SetPostObserver(PostObserver observer);
 
 /// For programs whose own thread is not to wait for what messages bring about: called when there is
