@@ -66,8 +66,9 @@ LinkLights::LinkLights()
 
 LinkLights::~LinkLights()
 {
-    // Not left to the base: what a call uses is gone by then. The lock is not held, since this
+    // Not left to the bases: what a call uses is gone by then. The lock is not held, since this
     // waits for a call that is running.
+    EndMessages();
     Os::NetworkAdapterMonitor::Get().Unregister(this);
     WidgetManager::RemoveClassCallback(GUID_DEVINTERFACE_QRTUMLTCD, &LinkLights::LtcHandler, this);
 }

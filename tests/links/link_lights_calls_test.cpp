@@ -6,10 +6,16 @@
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <future>
+#include <thread>
 
 #include "hardware/linklights.h"
+#include "os/event.h"
 #include "os/log.h"
+#include "os/post.h"
+#include "standalone/messages.h"
 #include "standalone/platform_settings.h"
 #include "support/log_capture.h"
 #include "widget/class_ids.h"
@@ -251,4 +257,48 @@ TEST_F(LinkLightsCalls, EverythingIsDoneUnderOneLock)
     check("list 1", [] { LinkLights::Get().Start(); });
     check("boards", [] { LinkLights::Get().Update(); });
     check("unwatch ltc handler it", [] { LinkLights::Get().Stop(); });
+}
+
+namespace
+{
+
+/// Runs once the instance is gone, since it is older.
+void LeaveWithTheLastCall()
+{
+    const Texts calls = Take();
+    std::_Exit(std::find(calls.begin(), calls.end(), "read 'fix0'") != calls.end() ? 3 : 4);
+}
+
+/// Ends the process while another thread handles a message.
+[[noreturn]] void ExitDuringAMessage()
+{
+    Standalone::PlatformSettings settings;
+    settings.productType = 8;
+    Standalone::ConfigurePlatform(settings);
+    SetAdapters(0, {L"vex0"});
+    SetAdapters(1, {L"fix0"});
+    GetAnswers();
+    std::atexit(&LeaveWithTheLastCall);
+    LinkLights::Get().Start();
+    Take();
+    auto* const isHandling = new Os::Event;
+    GetAnswers().onCall = [isHandling](const std::string& call) {
+        if (call != "read 'vex0'")
+            return;
+        isHandling->Set();
+        // Time for the end of the process to destroy the other name.
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    };
+    Os::Post(Gut::TargettedMessage(LinkLights::Get(), Gut::TargettedMessageType_Default, 0), 32);
+    std::thread([] { Standalone::DeliverMessages(); }).detach();
+    isHandling->Wait();
+    std::exit(5);
+}
+
+} // namespace
+
+TEST(LinkLightsCallsEnd, TheInstanceIsDestroyedOnceItsMessageIsHandled)
+{
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    EXPECT_EXIT(ExitDuringAMessage(), testing::ExitedWithCode(3), "");
 }

@@ -16,6 +16,11 @@ namespace Hardware
 /// the consoles' own and the lighting fixtures', are up and run at a gigabit. Only models 8 and 11
 /// have such LEDs.
 ///
+/// The names of a network's adapters come from Os::Platform::GetAdapterList(): Protocol_Console for
+/// the consoles' own network, Protocol_Fixture for that of the fixtures. Start() asks once and
+/// watches, for each network, the first adapter of the list that can be watched, whether or not it
+/// exists yet; one that the platform names later is not taken.
+///
 /// Any thread may call. A change of a network is shown on the network adapter monitor's thread, an
 /// LTC board that is attached or detached on the application's message thread.
 // Get() alone makes and destroys it.
