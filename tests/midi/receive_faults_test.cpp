@@ -5,11 +5,16 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
+#include <iterator>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "hardware/midi/device.h"
 #include "os/event.h"
+#include "standalone/log_sink.h"
 #include "support/log_capture.h"
 #include "support/midi_log_levels.h"
 #include "support/midi_recorder.h"
@@ -201,11 +206,58 @@ TEST_F(MidiReceiveFaults, CountASignalAsAFailedWaitAndReopenAtOnce)
         usleep(10000);
         return m_log.Count("Error selecting on Midi input: Interrupted system call") > 0;
     }));
-    EXPECT_GE(m_log.Count("Received signal 10"), 1U);
+    const std::vector<std::string> texts = m_log.GetTexts();
+    const auto failure = std::find(texts.begin(), texts.end(),
+                                   "Error selecting on Midi input: Interrupted system call");
+    ASSERT_NE(failure, texts.begin());
+    EXPECT_EQ(*std::prev(failure), "Received signal 10");
     ASSERT_TRUE(TestSupport::WaitUntil([&] { return m_keys.CountOpened() >= 2 && IsReceiving(); }));
     EXPECT_THAT(m_clock.GetSleeps(), IsEmpty());
     m_keys.Send(Bytes{0xF8});
     EXPECT_TRUE(m_recorder.WaitFor(Event::Short, 1));
+}
+
+/// Gets a signal inside its first call on a thread of that device, and watches for a call in a
+/// call.
+class InterruptedSink : public Standalone::LogSink
+{
+public:
+    void Write(const Standalone::LogRecord& record) override
+    {
+        static thread_local bool isInside = false;
+        if (std::exchange(isInside, true)) {
+            wasCalledInside = true; // a sink with a lock would wait for itself here
+            return;
+        }
+        if (record.text.starts_with("Received midi status byte") &&
+            !m_wasInterrupted.exchange(true))
+            raise(SIGUSR1);
+        next->Write(record);
+        isInside = false;
+    }
+
+    std::shared_ptr<Standalone::LogSink> next;
+    std::atomic<bool> wasCalledInside{false};
+
+private:
+    std::atomic<bool> m_wasInterrupted{false};
+};
+
+TEST_F(MidiReceiveFaults, LogNothingInsideACallOfTheLog)
+{
+    const auto sink = std::make_shared<InterruptedSink>();
+    sink->next = Standalone::SetLogSink(nullptr);
+    Standalone::SetLogSink(sink);
+    m_device.EnableReceive(true);
+    ASSERT_TRUE(TestSupport::WaitUntil([&] { return IsReceiving(); }));
+    m_keys.Send(Bytes{0xF8});
+    EXPECT_TRUE(m_recorder.WaitFor(Event::Short, 1));
+    EXPECT_TRUE(TestSupport::WaitUntil([&] { return m_log.Count("Received signal 10") == 1; }));
+    EXPECT_FALSE(sink->wasCalledInside);
+    m_keys.Send(Bytes{0xF8});
+    EXPECT_TRUE(m_recorder.WaitFor(Event::Short, 2));
+    m_device.EnableReceive(false);
+    Standalone::SetLogSink(sink->next);
 }
 
 TEST_F(MidiReceiveFaults, TreatADescriptorTooLargeToWaitForAsAFailedOpen)

@@ -158,13 +158,21 @@ int OpenPort(const char* direction, const std::wstring& name, int flags)
     return descriptor;
 }
 
-/// For SIGUSR1, which interrupts the receive thread's wait. It only logs, and the default mask
-/// drops the line before any text is built; widen the mask only for as long as you look.
+/// A signal that no receive thread has logged yet; 0 for none.
+std::atomic<int> g_notedSignal{0};
+static_assert(std::atomic<int>::is_always_lock_free, "a signal handler takes no lock");
+
+void LogNotedSignal()
+{
+    if (const int signal = g_notedSignal.exchange(0, std::memory_order_relaxed))
+        HARDWARE_LOG(Hardware::MidiLogContext(), Os::Log::Trace, "Received signal " << signal);
+}
+
+/// For SIGUSR1, which interrupts the receive thread's wait. It may come while this very thread is
+/// writing a line, so the line about it is left to a receive thread.
 void HandleSignal(int signal)
 {
-    const int error = errno; // the interrupted code may be about to look at its own
-    HARDWARE_LOG(Hardware::MidiLogContext(), Os::Log::Trace, "Received signal " << signal);
-    errno = error;
+    g_notedSignal.store(signal, std::memory_order_relaxed);
 }
 
 const Hardware::SignalCleanup g_handlerCleanup(SIGUSR1, &HandleSignal);
@@ -512,8 +520,10 @@ void _DeviceImpl::MidiReceiveThread()
 
     if (TakeParser(generation)) {
         Descriptor input;
-        while (IsReceiverWanted(generation))
+        while (IsReceiverWanted(generation)) {
             ReceivePass(input);
+            LogNotedSignal(); // one that came outside the wait
+        }
         input.Reset();
         m_parserTaken.store(false, std::memory_order_release);
     }
@@ -552,8 +562,10 @@ void _DeviceImpl::ReceivePass(Descriptor& input)
     const int ready = select(input.Get() + 1, &readable, nullptr, nullptr, &limit);
     if (ready == -1) {
         // A signal ends the wait too, and counts as a failure.
+        const int error = errno;
+        LogNotedSignal();
         HARDWARE_LOG(m_log, Os::Log::Error,
-                     "Error selecting on Midi input: " << GetErrorText(errno));
+                     "Error selecting on Midi input: " << GetErrorText(error));
         input.Reset();
         return;
     }
