@@ -187,7 +187,7 @@ TEST_F(WidgetTransport, ADeviceThatCannotBeOpenedTakesNothing)
     EXPECT_FALSE(Hardware::UmWidget(mapData).Beacon());
 }
 
-TEST_F(WidgetTransport, AReportThatCannotBeReadIsLoggedOnceAndNotDelivered)
+TEST_F(WidgetTransport, AReportThatCannotBeReadIsLoggedAndNotDelivered)
 {
     Desk::WidgetBus bus;
     auto& widget = bus.Add({"PlaybackWing", 1, L"a"});
@@ -198,8 +198,49 @@ TEST_F(WidgetTransport, AReportThatCannotBeReadIsLoggedOnceAndNotDelivered)
     ASSERT_EQ(lines.size(), 1u);
     EXPECT_EQ(lines[0].context, "WidgetDriver");
     EXPECT_EQ(lines[0].level, Os::Log::Error);
-    EXPECT_EQ(lines[0].text, "A report that cannot be read, from a");
+    EXPECT_EQ(lines[0].text,
+              "A report that cannot be read, from a: of code 1, 2 bytes; others like "
+              "it are counted");
     EXPECT_THAT(log.Get(), IsEmpty());
+}
+
+TEST_F(WidgetTransport, ReportsThatCannotBeReadAreLoggedOncePerDeviceAndCodeThenCounted)
+{
+    Desk::WidgetBus bus;
+    auto& widget = bus.Add({"PlaybackWing", 1, L"a"});
+    auto& other = bus.Add({"PlaybackWing", 2, L"b"});
+    const TestSupport::LogCapture capture;
+    for (int i = 0; i < 250; ++i)
+        widget.SendBytes({0x01, 0x00});
+    for (int i = 0; i < 3; ++i)
+        widget.SendBytes({});
+    other.SendBytes({0x01, 0x00});
+    widget.Unplug();
+    other.Unplug();
+    EXPECT_THAT(
+        capture.GetTexts(),
+        ElementsAre(
+            "A report that cannot be read, from a: of code 1, 2 bytes; others like it are counted",
+            "100 reports of code 1 could not be read, from a",
+            "A report that cannot be read, from a: without a code, 0 bytes; others like it are "
+            "counted",
+            "A report that cannot be read, from b: of code 1, 2 bytes; others like it are counted",
+            "3 reports without a code could not be read, from a",
+            "250 reports of code 1 could not be read, from a"));
+}
+
+TEST_F(WidgetTransport, AReplacedDevicesUnreadableReportsAreLoggedAnew)
+{
+    Desk::WidgetBus bus;
+    auto& widget = bus.Add({"PlaybackWing", 1, L"a"});
+    const TestSupport::LogCapture capture;
+    widget.SendBytes({0x01, 0x00});
+    widget.Unplug();
+    widget.Plug();
+    widget.SendBytes({0x01, 0x00});
+    EXPECT_EQ(capture.Count("A report that cannot be read, from a: of code 1, 2 bytes; others like "
+                            "it are counted"),
+              2U);
 }
 
 TEST_F(WidgetTransport, AttachmentsAreTraced)

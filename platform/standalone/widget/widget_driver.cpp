@@ -210,6 +210,7 @@ void WidgetDriver::Detach(const std::wstring& path)
     }
     OS_LOG(m_log, Os::Log::Trace, SourceFile,
            "Detached " << mapData.GetClassId()->name << " from " << path);
+    m_unreadable.Detached(path);
     mapData.GetDevice()->Detach();
     Deliver([&](WidgetSignaller& signaller, WidgetSignaller::State& state) {
         Remove(signaller, state, mapData);
@@ -236,7 +237,7 @@ void WidgetDriver::Receive(const std::wstring& path, const Standalone::Report::B
         return;
     auto input = Standalone::Report::DecodeInput(report);
     if (!input) {
-        OS_LOG(m_log, Os::Log::Error, SourceFile, "A report that cannot be read, from " << path);
+        m_unreadable.Add(path, report);
         return;
     }
     mapData.GetDevice()->Accept(std::move(*input));

@@ -13,6 +13,7 @@
 #include "os/log.h"
 #include "standalone/widget_transport.h"
 #include "widget/task_thread.h"
+#include "widget/unreadable_reports.h"
 #include "widget/widget_manager.h"
 #include "widget/widget_signaller.h"
 
@@ -82,6 +83,7 @@ private:
                      const WidgetMapData& device);
 
     Os::Log::Context m_log;
+    Standalone::UnreadableReports m_unreadable{m_log}; // the driver's thread only
 
     std::mutex m_replacing;     // one transport at a time; never taken on the driver's thread
     mutable std::mutex m_mutex; // guards all below but the thread; never held over a slot
