@@ -2,6 +2,8 @@
 
 set(HARDWARE_SANITIZE "" CACHE STRING "Sanitizers to build with: '', 'address' or 'thread'")
 set_property(CACHE HARDWARE_SANITIZE PROPERTY STRINGS "" address thread)
+set(HARDWARE_BUILD_DATE "" CACHE STRING
+    "Build date in fatal texts, such as 'Dec 10 2015'; empty for the compiler's date")
 option(HARDWARE_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 
 set(CMAKE_CXX_STANDARD 20)
@@ -36,6 +38,14 @@ if(HARDWARE_SANITIZE)
     target_compile_options(project_options INTERFACE ${sanitizers} -fno-omit-frame-pointer -g1)
     target_link_options(project_options INTERFACE ${sanitizers})
 endif()
+
+# hardware_build_date(<target>): its fatal texts have the build date that is set, if any.
+function(hardware_build_date target)
+    if(HARDWARE_BUILD_DATE)
+        target_compile_definitions(${target} PRIVATE
+            HARDWARE_BUILD_DATE="${HARDWARE_BUILD_DATE}")
+    endif()
+endfunction()
 
 # hardware_precompile(<target> <header>...): headers that cost a target most of its compile time.
 # Only where a sanitizer is built in: other builds see that every source includes what it uses.

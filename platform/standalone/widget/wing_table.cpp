@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "os/fatal.h"
+#include "os/fatal_site.h"
 
 namespace Standalone
 {
@@ -17,7 +18,7 @@ namespace
 
 using Hardware::WingModel;
 
-constexpr char FatalSite[] = "widget/wing_table.cpp (" __DATE__ ")";
+constexpr char FatalSite[] = PLATFORM_FATAL_SITE("widget/wing_table.cpp");
 
 constexpr const GUID* Identifiers[] = {
     &GUID_DEVINTERFACE_QRTUMPLAYBACKWING,
