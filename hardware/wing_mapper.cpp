@@ -2,6 +2,7 @@
 #include "hardware/wing_mapper.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "hardware/log_contexts.h"
 #include "os/platform.h"
@@ -60,11 +61,9 @@ WingMapper::~WingMapper() = default;
 WingMapper& WingMapper::Get()
 {
     static WingMapper instance;
-    static const bool isInitialized = [] {
+    static std::atomic<bool> isInitialized{false};
+    if (!isInitialized.exchange(true, std::memory_order_relaxed))
         HARDWARE_LOG(LogContext(), Os::Log::Note, "WingMapper initialized.");
-        return true;
-    }();
-    static_cast<void>(isInitialized);
     return instance;
 }
 

@@ -179,6 +179,8 @@ TEST(WingMapperCalls, TheFirstGetIsLoggedOnce)
     EXPECT_EQ(log.GetLines().front().text, "WingMapper initialized.");
     EXPECT_EQ(log.GetLines().front().level, Os::Log::Note);
     EXPECT_EQ(log.GetLines().front().file, "wing_mapper.cpp");
+    EXPECT_EQ(log.GetLines().front().function,
+              "static Hardware::WingMapper& Hardware::WingMapper::Get()");
 }
 
 TEST(WingMapperCalls, OneRegistrationIsEnoughForAConnection)
