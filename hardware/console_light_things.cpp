@@ -111,7 +111,14 @@ void ConsoleThings::wing_added(const WidgetMapData& data)
 void ConsoleThings::PushLevels(UmWing& wing)
 {
     const auto push = [&wing, this](ConsoleLightId id) {
-        set_level(wing, id, ConsoleLights::Get().get_scaled(id));
+        // Until it is the level of the moment: the wing is on the list by now, and a level that
+        // another thread sets meanwhile may have reached it before the older one from here.
+        for (uires16 level = ConsoleLights::Get().get_scaled(id), latest = 0;; level = latest) {
+            set_level(wing, id, level);
+            latest = ConsoleLights::Get().get_scaled(id);
+            if (latest == level)
+                return;
+        }
     };
     if (m_hasBlueDesklights)
         push(BlueDeskLight);

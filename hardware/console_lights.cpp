@@ -22,6 +22,11 @@ constexpr uires16 Defaults[ConsoleLightCount] = {Full, Full, Full, 0, 0, Full, F
 /// A little above 100, on purpose: full brightness stays below 1.0.
 constexpr uires16 ScaleDivisor = 0x00641000;
 
+uires16 Scale(uires16 level)
+{
+    return UDivUIRes16(level, ScaleDivisor);
+}
+
 // By the names that the signal is spelled with.
 const MetatypeRegistration<ConsoleLightId> IdMetaType("ConsoleLightId");
 const MetatypeRegistration<uires16> LevelMetaType("uires16");
@@ -76,19 +81,27 @@ void ConsoleLights::init()
 
 void ConsoleLights::set(ConsoleLightId id, uires16 level)
 {
-    m_lights[id].level.store(level, std::memory_order_relaxed);
-    // Not scaled for the backlights, on purpose: they take percent, the wings' dimmers a fraction.
-    Q_EMIT level_change(id, id <= CenterBacklight ? level : get_scaled(id));
+    std::atomic<uires16>& stored = m_lights[id].level;
+    stored = level;
+    // Another thread may set the light meanwhile, and its signal may come to the end first: then
+    // the lights would keep the level of this one. So the last signal is always the stored level's.
+    for (bool isStored = false; !isStored;) {
+        // Not scaled for the backlights: they take percent, the wings' dimmers a fraction.
+        Q_EMIT level_change(id, id <= CenterBacklight ? level : Scale(level));
+        const uires16 latest = stored;
+        isStored = latest == level;
+        level = latest;
+    }
 }
 
 uires16 ConsoleLights::get(ConsoleLightId id)
 {
-    return m_lights[id].level.load(std::memory_order_relaxed);
+    return m_lights[id].level;
 }
 
 uires16 ConsoleLights::get_scaled(ConsoleLightId id)
 {
-    return UDivUIRes16(get(id), ScaleDivisor);
+    return Scale(get(id));
 }
 
 void ConsoleLights::set_preference(ConsoleLightId id, unsigned int preference)

@@ -8,6 +8,7 @@
 
 #include <QMetaMethod>
 #include <QThread>
+#include <atomic>
 #include <thread>
 
 #include "os/log.h"
@@ -46,6 +47,59 @@ ConsoleLightId ToId(unsigned number)
 }
 
 } // namespace
+
+namespace
+{
+
+class ConsoleLightsRace : public testing::TestWithParam<ConsoleLightId>
+{
+};
+
+} // namespace
+
+TEST_P(ConsoleLightsRace, ShowTheStoredLevelWhereTwoThreadsSetOne)
+{
+    const ConsoleLightId id = GetParam();
+    constexpr uires16 Older = 0x00140000;
+    constexpr uires16 Newer = 0x00500000;
+    std::atomic<bool> isFirst{true};
+    const QObject context;
+    // The other thread's signal comes to its end before this one reaches the recorder.
+    QObject::connect(
+        &ConsoleLights::Get(), &ConsoleLights::level_change, &context,
+        [&] {
+            if (isFirst.exchange(false))
+                std::thread([id] { ConsoleLights::Get().set(id, Newer); }).join();
+        },
+        Qt::DirectConnection);
+    const Recorder recorder;
+    ConsoleLights::Get().set(id, Older);
+    EXPECT_EQ(ConsoleLights::Get().get(id), Newer);
+    const auto shown = [id](uires16 level) {
+        return std::pair<unsigned, unsigned>(
+            id, id <= CenterBacklight ? level : UDivUIRes16(level, 0x00641000));
+    };
+    EXPECT_THAT(recorder.signals_, ElementsAre(shown(Newer), shown(Older), shown(Newer)));
+}
+
+INSTANTIATE_TEST_SUITE_P(Lights, ConsoleLightsRace,
+                         testing::Values(CenterBacklight, WingLeds, WorkLight));
+
+TEST(ConsoleLights, ShowTheLevelThatASlotSets)
+{
+    const QObject context;
+    QObject::connect(
+        &ConsoleLights::Get(), &ConsoleLights::level_change, &context,
+        [](ConsoleLightId id, uires16 level) {
+            if (level == Full)
+                ConsoleLights::Get().set(id, 0);
+        },
+        Qt::DirectConnection);
+    const Recorder recorder;
+    ConsoleLights::Get().set(LeftBacklight, Full);
+    EXPECT_THAT(recorder.signals_,
+                ElementsAre(std::pair(0U, 0U), std::pair(0U, Full), std::pair(0U, 0U)));
+}
 
 TEST(ConsoleLightIds, HaveTheirNumbers)
 {

@@ -7,8 +7,10 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <thread>
 
 #include "desk/kernel_testbed.h"
@@ -20,6 +22,7 @@
 #include "standalone/fatal_handler.h"
 #include "standalone/platform_settings.h"
 #include "support/log_capture.h"
+#include "widget/scripted_transport.h"
 #include "widget/widget_factory.h"
 #include "widget/widget_manager.h"
 #include "widget/wings.h"
@@ -458,6 +461,89 @@ TEST_F(ConsoleThingsTest, ThatWhichIsNoWingIsFatal)
         "Trap: '!pw' is TRUE\\|147\\|console_light_things.cpp \\([A-Z][a-z][a-z] [ 0-9][0-9] "
         "[0-9]{4}\\) \\|");
     EXPECT_DEATH(ConsoleThings::Get().wing_added(WidgetMapData()), "Trap: '!pw' is TRUE");
+}
+
+namespace
+{
+
+/// A bus with one wing, of which a test sees each level on its way.
+class WatchedBus : public TestSupport::ScriptedTransport
+{
+public:
+    std::unique_ptr<Standalone::WidgetConnection> Open(const std::wstring& /*path*/) override
+    {
+        class Connection : public Standalone::WidgetConnection
+        {
+        public:
+            explicit Connection(WatchedBus& bus) : m_bus(bus) {}
+            bool Write(const Standalone::Report::Bytes& bytes) override
+            {
+                const auto report = Standalone::Report::DecodeOutput(bytes);
+                if (!report)
+                    return false;
+                if (const auto* const dimmer = std::get_if<Standalone::Report::SetDimmer>(&*report))
+                    m_bus.Dim(dimmer->channel, dimmer->level);
+                return true;
+            }
+
+        private:
+            WatchedBus& m_bus;
+        };
+        return std::make_unique<Connection>(*this);
+    }
+    int GetDimmer(std::uint8_t channel)
+    {
+        const std::lock_guard hold(m_mutex);
+        return m_dimmers.contains(channel) ? m_dimmers[channel] : -1;
+    }
+    std::function<void(std::uint8_t channel)> beforeDimming;
+
+private:
+    void Dim(std::uint8_t channel, std::uint8_t level)
+    {
+        beforeDimming(channel);
+        const std::lock_guard hold(m_mutex);
+        m_dimmers[channel] = level;
+    }
+
+    std::mutex m_mutex;
+    std::map<std::uint8_t, int> m_dimmers;
+};
+
+} // namespace
+
+TEST(ConsoleThings, AWingThatComesGetsALevelThatIsSetMeanwhile)
+{
+    Standalone::PlatformSettings settings;
+    settings.hasBlueDesklights = true;
+    Standalone::ConfigurePlatform(settings);
+    const auto bus = std::make_shared<WatchedBus>();
+    std::atomic<int> blue{0};
+    std::atomic<int> leds{0};
+    // Another thread's level overtakes the one that is on its way to the new wing.
+    const auto overtake = [](std::atomic<int>& count, ConsoleLightId id, uires16 level) {
+        if (++count == 1)
+            std::thread([id, level] { ConsoleLights::Get().set(id, level); }).join();
+    };
+    bus->beforeDimming = [&](std::uint8_t channel) {
+        if (channel == UmWing::DimmerIndex_BlueDeskLight)
+            overtake(blue, BlueDeskLight, 0x00140000);
+        else if (channel == UmWing::DimmerIndex_Leds)
+            overtake(leds, WingLeds, 0x00500000);
+    };
+    bus->attached = {{&GUID_DEVINTERFACE_QRTUMPLAYBACKWING, L"a", 1}};
+    const QMetaObject::Connection connection =
+        QObject::connect(&ConsoleLights::Get(), &ConsoleLights::level_change, &ConsoleThings::Get(),
+                         &ConsoleThings::change_level, Qt::DirectConnection);
+    Standalone::SetWidgetTransport(bus);
+    EXPECT_EQ(bus->GetDimmer(UmWing::DimmerIndex_BlueDeskLight),
+              ByteOf(ConsoleLights::Get().get_scaled(BlueDeskLight)));
+    EXPECT_EQ(ConsoleLights::Get().get(BlueDeskLight), 0x00140000U);
+    EXPECT_EQ(bus->GetDimmer(UmWing::DimmerIndex_Leds),
+              ByteOf(ConsoleLights::Get().get_scaled(WingLeds)));
+    EXPECT_EQ(ConsoleLights::Get().get(WingLeds), 0x00500000U);
+    QObject::disconnect(connection);
+    Standalone::SetWidgetTransport(nullptr);
 }
 
 TEST_F(ConsoleThingsTest, LevelsAndPlugsAtOnceHarmNobody)

@@ -15,9 +15,12 @@ namespace Hardware
 {
 
 /// Works the lights: sends levels to every attached wing that has such a light, and to the display
-/// backlights. Keeps its own list of wings; one that is attached gets the levels of the moment.
+/// backlights. Keeps its own list of wings; one that is attached gets the levels of the moment, and
+/// those that other threads set while it does.
 ///
-/// Any thread may call; wings are worked on the calling thread.
+/// Any thread may call; wings are worked on the calling thread. Two threads that pass different
+/// levels of one light at once leave it with the last one that reached it; ConsoleLights sees to it
+/// that this is the level that it keeps.
 // Get() alone makes and destroys it.
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class HARDWARE_EXPORT ConsoleThings : public QObject

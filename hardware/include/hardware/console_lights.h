@@ -55,6 +55,11 @@ public:
 /// Levels are percentages, 0 to 100.0. An id that is not in the enumeration must not be passed. Any
 /// thread may call; the signal is raised on the calling thread. Levels are lost when the process
 /// ends.
+///
+/// No lock is held during a signal. Where two threads set one light at once, a slot may get the
+/// newer level before the older one, and a light may show the older one for a moment. It does not
+/// stay: set() raises the signal once more if the level was set by another thread, or in a slot,
+/// meanwhile. So the last signal for a light has the level that is stored.
 // Get() alone makes and destroys it.
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class HARDWARE_EXPORT ConsoleLights : public QObject
@@ -75,6 +80,8 @@ Q_SIGNALS:
     void level_change(ConsoleLightId id, uires16 level);
 
 public Q_SLOTS:
+    /// Stores the level, then raises the signal. Returns when the level of its last signal is the
+    /// one that is stored.
     void set(ConsoleLightId id, uires16 level);
     uires16 get(ConsoleLightId id);
     /// The level as a fraction that is just below 1.0 for full brightness, so that its bits 8 to 15
