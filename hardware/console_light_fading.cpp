@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <optional>
 
@@ -104,6 +105,16 @@ void Connect(ConsoleLightFading& confade, ConsoleLights& conlts, ConsoleThings& 
     // clang-format on
 }
 
+/// Has the thread end before anything that it works is destroyed at the process's exit. Left to its
+/// destructor it would end after the lights, which are made later than the object and so go first.
+void EndThreadAtExit()
+{
+    // Made now and not by the first fade that needs it, since then it would go before the thread.
+    if (Os::Platform::IsConsole())
+        ConsoleThings::GetBacklight();
+    std::atexit([] { ConsoleLightFading::Get().end_thread(); });
+}
+
 } // namespace
 
 ConsoleLightFading::ConsoleLightFading()
@@ -113,7 +124,7 @@ ConsoleLightFading::ConsoleLightFading()
 
 ConsoleLightFading::~ConsoleLightFading()
 {
-    // The thread before all that it uses.
+    // Where there was no start, nothing has ended the thread yet.
     end_thread();
 }
 
@@ -137,8 +148,10 @@ void ConsoleLightFading::Begin()
     ConsoleLights& conlts = ConsoleLights::Get();
     ConsoleThings& conthgs = ConsoleThings::Get();
     // Once: a second connection would bring everything twice.
-    if (!confade.m_isConnected.exchange(true))
+    if (!confade.m_isConnected.exchange(true)) {
         Connect(confade, conlts, conthgs);
+        EndThreadAtExit();
+    }
     confade.init_thread();
     confade.set(WhiteDeskLight, conlts.get(WhiteDeskLight), Full, 3000);
     confade.set(BlueDeskLight, conlts.get(BlueDeskLight), 0, 6000);

@@ -331,6 +331,24 @@ TEST(FadingExit, TheProcessMayEndInTheMiddleOfAFade)
         testing::ExitedWithCode(0), "");
 }
 
+TEST(FadingExit, TheThreadEndsBeforeTheLightsGo)
+{
+    EXPECT_EXIT(
+        {
+            // What is registered before the light outputs are made runs after they are gone.
+            ConsoleLightFading::Get();
+            std::atexit([] {
+                if (!FindThreads("ConsoleLightFad").empty())
+                    std::_Exit(1);
+            });
+            ConsoleLightFading::Begin();
+            WaitForWaits(1);
+            Wake([] { ConsoleLightFading::Get().activate(); });
+            std::exit(FindThreads("ConsoleLightFad").empty() ? 2 : 0);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
 namespace
 {
 
@@ -392,6 +410,25 @@ TEST_F(FadingLife, ADrawerThatIsAttachedLaterIsNotAsked)
     Standalone::SetLightSettings(settings);
     ConsoleLightFading::Get().save_screen_reset();
     EXPECT_EQ(ConsoleLights::Get().get(KeyboardDrawerLight), Percent(100));
+    WingMapper::End();
+}
+
+TEST_F(FadingLife, TheDrawerIsConnectedByPointersOnly)
+{
+    EXPECT_FALSE(QObject::connect(
+        &WingMapper::Get(), SIGNAL(keyboard_change(Hardware::WidgetKey, int, int)),
+        &ConsoleLightFading::Get(), SLOT(keyboard_changed(unsigned long, int, int))));
+    Standalone::ConfigurePlatform(m_settings);
+    Desk::VirtualWidget& wing = Add("Vex4DeskPlayback");
+    wing.CloseDrawer();
+    WingMapper::Begin();
+    const auto connection = QObject::connect(
+        &WingMapper::Get(), &WingMapper::keyboard_change, &ConsoleLightFading::Get(),
+        &ConsoleLightFading::keyboard_changed, Qt::DirectConnection);
+    const std::size_t sets = CountSets();
+    wing.OpenDrawer();
+    EXPECT_EQ(CountSets() - sets, 1U);
+    QObject::disconnect(connection);
     WingMapper::End();
 }
 

@@ -22,6 +22,18 @@ namespace Hardware
 /// The application's messages reach it as a filter. Fades are stepped every 50 ms on a thread of
 /// its own, and with no fade running that thread sleeps. Slots may be called from any thread. The
 /// step of a fade is told on the fading thread.
+///
+/// Begin(), End(), init_thread(), end_thread() and the first Get() wait for the fading thread or
+/// for the widget driver's. Do not call them in a slot that a signal of the library calls directly:
+/// in one of fade_light or level_change, End() would wait for the thread that it is on, which is
+/// fatal.
+///
+/// Nothing in the library connects the keyboard drawer. An application whose console has one does,
+/// by pointers. The string form fails, since signal and slot spell their first argument
+/// differently.
+///
+///     QObject::connect(&mapper, &WingMapper::keyboard_change,
+///                      &fading, &ConsoleLightFading::keyboard_changed, Qt::DirectConnection);
 // Get() alone makes and destroys it.
 // NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor)
 class HARDWARE_EXPORT ConsoleLightFading : public QObject, public Gut::MessageHandler
@@ -41,10 +53,11 @@ public:
     /// Connects levels to the lights that show them, the first time, starts the fading thread and
     /// brings the lights up. Only in the primary instance of the application. To be called behind
     /// WingMapper::Begin(), since the drawer's switch is asked once, of a wing that should not be
-    /// pulled out in that moment; not on the widget driver's thread.
+    /// pulled out in that moment.
     static void Begin();
     /// Puts out the desk lights, the work light and the drawer's light at once, whatever is fading,
-    /// and ends the thread. Only in the primary instance. To be called before the process ends.
+    /// and ends the thread. Only in the primary instance. To be called before the process ends: at
+    /// the exit of a process that did not, the thread ends and the lights stay as they are.
     static void End();
     /// The only instance, made on first use and destroyed when the process ends.
     static ConsoleLightFading& Get();
@@ -54,6 +67,17 @@ public:
     void init_thread();
     void end_thread();
 
+    /// Takes two types of message. Fields are in the machine's byte order. A message that ends
+    /// before its type, subtype or key is passed on; a missing byte of flags counts as 0.
+    ///
+    /// - Type 11, a key: the type in 32 bits, and at offset 6 the key's code in 16 bits. Code 473
+    ///   toggles the work light, sets it and the drawer's light, and posts the words 22, 13, 0 to
+    ///   system object 3.
+    /// - Type 22, light settings: the type in 32 bits, at offset 4 the subtype in 32 bits, and at
+    ///   offset 8 a byte of flags. Subtype 11 shows all settings at once. Subtype 12 fades to those
+    ///   that differ if bit 0 of the flags is set. Both then set the LEDs and the displays at once.
+    ///
+    /// @return true for these; false for all other messages, other keys and other subtypes
     bool FilterMessage(const Gut::Message& message) override;
 
     // In the order and spelling that the meta-object lists: both are interface.
