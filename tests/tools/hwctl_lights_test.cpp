@@ -221,6 +221,19 @@ TEST_F(HwctlSettings, ThatCannotBeKeptAreAFailure)
     EXPECT_THAT(run.err, HasSubstr("hwctl: cannot write the light settings to '"));
 }
 
+TEST_F(HwctlSettings, AreNotWrittenOverAnotherFile)
+{
+    const std::string letter = m_folder.filePath("letter").toStdString();
+    std::ofstream(letter) << "Dear Ann,\n";
+    const auto run = Run({"settings", "--settings", letter, "leds=5"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, HasSubstr("hwctl: cannot read the light settings in '" + letter +
+                                   "': line 1 is neither a group, a setting nor a comment\n"));
+    std::ostringstream text;
+    text << std::ifstream(letter).rdbuf();
+    EXPECT_EQ(text.str(), "Dear Ann,\n");
+}
+
 TEST_F(HwctlSettings, ThatAreNoneAreRefused)
 {
     EXPECT_EQ(Run({"settings", "lamp=5"}).exitCode, 2);

@@ -48,10 +48,10 @@ void DoLight(Session::Parts& parts, const Words& words)
 void DoSetting(Session::Parts&, const Words& words)
 {
     CheckCount(words, 1, 100, "setting NAME=VALUE...");
-    Standalone::LightSettings settings = Standalone::GetLightSettings();
-    for (const std::string& word : words)
-        Tools::ChangeLightSetting(settings, word);
-    Standalone::SetLightSettings(settings);
+    Standalone::ChangeLightSettings([&words](Standalone::LightSettings& settings) {
+        for (const std::string& word : words)
+            Tools::ChangeLightSetting(settings, word);
+    });
 }
 
 } // namespace

@@ -55,10 +55,22 @@ void PrintSettings(const std::string& file, bool json)
         std::printf("%s\n", ToLine(object).c_str());
 }
 
-/// False when they could not be kept.
-/// The lights go from the settings as they were to those that are set.
-bool ShowLights(const CommonOptions& options, const Standalone::LightSettings& settings,
-                bool atOnce)
+void Change(Standalone::LightSettings& settings, const std::vector<std::string>& changes)
+{
+    for (const std::string& change : changes)
+        Tools::ChangeLightSetting(settings, change);
+}
+
+/// Returns false if the settings could not be kept.
+bool ChangeSettings(const std::vector<std::string>& changes)
+{
+    return Standalone::ChangeLightSettings(
+        [&changes](Standalone::LightSettings& settings) { Change(settings, changes); });
+}
+
+/// Changes the settings and has the lights go from the old ones to the new ones. Returns false if
+/// the settings could not be kept.
+bool ShowLights(const CommonOptions& options, const Arguments& arguments)
 {
     // Outlive the backlight controller, which lives until the process ends.
     static const auto devices =
@@ -66,8 +78,8 @@ bool ShowLights(const CommonOptions& options, const Standalone::LightSettings& s
     static const auto displays =
         devices ? std::make_unique<VirtualDisplays>(devices->GetTestbed()) : nullptr;
     LightRun run(LightRun::Show::Changes, devices.get(), displays.get());
-    const bool areKept = Standalone::SetLightSettings(settings);
-    run.Run({Tools::LightStep::Parse(atOnce ? "apply" : "change")});
+    const bool areKept = ChangeSettings(arguments.changes);
+    run.Run({Tools::LightStep::Parse(arguments.atOnce ? "apply" : "change")});
     run.Print();
     return areKept;
 }
@@ -79,17 +91,17 @@ int RunSettings(const CommonOptions& options, const Arguments& arguments)
     const std::string file = hasFile ? UseSettings(arguments.file) : "kept nowhere";
     if (arguments.show && arguments.changes.empty())
         throw std::invalid_argument("--show needs a change to show");
-    Standalone::LightSettings settings = Standalone::GetLightSettings();
-    for (const std::string& change : arguments.changes)
-        Tools::ChangeLightSetting(settings, change);
+    // Looked at before anything begins.
+    Standalone::LightSettings checked;
+    Change(checked, arguments.changes);
     if (!arguments.changes.empty()) {
         if (!arguments.json)
             Standalone::SetPostObserver(PrintMessage);
         bool areKept = true;
         if (arguments.show) {
-            areKept = ShowLights(options, settings, arguments.atOnce);
+            areKept = ShowLights(options, arguments);
         } else {
-            areKept = Standalone::SetLightSettings(settings);
+            areKept = ChangeSettings(arguments.changes);
             Standalone::AnnounceLightSettings(!arguments.atOnce);
             Standalone::DeliverMessages();
         }
