@@ -82,7 +82,10 @@ std::wstring ReadAdapterName(const JsonValue& value, const std::string& what)
 class DeskReader
 {
 public:
-    explicit DeskReader(std::filesystem::path folder) : m_folder(std::move(folder)) {}
+    DeskReader(std::filesystem::path folder, const SourceCheck& check)
+        : m_folder(std::move(folder)), m_check(check)
+    {
+    }
 
     DeskData Read(const JsonValue& value)
     {
@@ -337,8 +340,20 @@ private:
         ReadObject(value, "\"timecode\"",
                    {{"simulate", [this](const auto& part) {
                          for (const auto& each : ReadList(part, "\"simulate\""))
-                             m_data.simulate.push_back(ReadFilledText(each, "a timecode source"));
+                             m_data.simulate.push_back(ReadSource(each));
                      }}});
+    }
+
+    std::string ReadSource(const JsonValue& value) const
+    {
+        const std::string& source = ReadFilledText(value, "a timecode source");
+        try {
+            if (m_check)
+                m_check(source);
+        } catch (const std::invalid_argument& error) {
+            value.Refuse(error.what());
+        }
+        return source;
     }
 
     void ReadSettings(const JsonValue& value)
@@ -358,6 +373,7 @@ private:
     }
 
     const std::filesystem::path m_folder;
+    const SourceCheck& m_check;
     DeskData m_data;
 };
 
@@ -368,23 +384,24 @@ std::string GetLineName(const std::string& device)
     return device.substr(device.rfind('/') + 1);
 }
 
-DeskData ParseDesk(const std::string& text, const std::string& name, const std::string& folder)
+DeskData ParseDesk(const std::string& text, const std::string& name, const std::string& folder,
+                   const SourceCheck& check)
 {
     try {
-        return DeskReader(folder).Read(ParseJson(text));
+        return DeskReader(folder, check).Read(ParseJson(text));
     } catch (const JsonProblem& problem) {
         throw std::invalid_argument(name + ":" + std::to_string(problem.GetLine()) + ": " +
                                     problem.what());
     }
 }
 
-DeskData ReadDesk(const std::string& file)
+DeskData ReadDesk(const std::string& file, const SourceCheck& check)
 {
     std::ifstream in(file, std::ios::binary);
     if (!in || std::filesystem::is_directory(file))
-        throw std::runtime_error("cannot read the desk '" + file + "'");
+        throw std::runtime_error(file + ": cannot be read");
     const std::string text{std::istreambuf_iterator<char>(in), {}};
-    return ParseDesk(text, file, std::filesystem::path(file).parent_path());
+    return ParseDesk(text, file, std::filesystem::path(file).parent_path(), check);
 }
 
 } // namespace Desk

@@ -50,8 +50,8 @@ TEST(Condition, ThatMakesNoSenseIsRefused)
 {
     EXPECT_EQ(GetError("cd/track"), "a condition is PATH OPERATOR VALUE");
     EXPECT_EQ(GetError("cd/track == 2"), "'==' is none of = != < > <= >=");
-    EXPECT_EQ(GetError("cd/track < two"), "'two' is no number");
-    EXPECT_EQ(GetError("cd/status < 2"), "'cd/status' is no number but playing");
+    EXPECT_EQ(GetError("cd/track < two"), "'two' is not a number");
+    EXPECT_EQ(GetError("cd/status < 2"), "'cd/status' is not a number but playing");
 }
 
 TEST(Condition, TellsWhatItFound)

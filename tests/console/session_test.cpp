@@ -90,7 +90,7 @@ TEST_F(Session, TellsOfEveryVerb)
 TEST_F(ScriptLines, ExpectAndWait)
 {
     Expect("wait 0.01");
-    EXPECT_EQ(Do("wait long"), "'long' is no number from 0 to 1000000");
+    EXPECT_EQ(Do("wait long"), "'long' is not a number from 0 to 1000000");
     EXPECT_EQ(Do("wait"), "it is: wait SECONDS");
     Expect("expect cd/status = stopped");
     EXPECT_EQ(Do("expect cd/status = playing"), "expected cd/status = playing, found stopped");

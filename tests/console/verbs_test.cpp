@@ -108,7 +108,7 @@ TEST_F(WingVerbs, WhatMakesNoSenseIsRefused)
     EXPECT_EQ(Do("widget motor stuck maybe"), "'maybe' is neither on nor off");
     EXPECT_EQ(Do("wing motor dance"), "a wing knows no 'dance'");
     EXPECT_EQ(Do("wing motor leds blue"), "'blue' is none of dim, flash, off, on");
-    EXPECT_EQ(Do("wing motor motor 1 256"), "'256' is no number from 0 to 255");
+    EXPECT_EQ(Do("wing motor motor 1 256"), "'256' is not a number from 0 to 255");
     EXPECT_EQ(Do("dance"), "there is no verb 'dance'");
     EXPECT_EQ(Do(""), "there is no verb");
 }
@@ -451,6 +451,6 @@ TEST_F(DeskVerbs, APanelHearsNothingBehindAPlugThatWasPulled)
 TEST_F(DeskVerbs, LogMasksAreSet)
 {
     Expect("log Hardware/Midi 31");
-    EXPECT_EQ(Do("log Hardware/Midi 32"), "'32' is no number from 0 to 31");
+    EXPECT_EQ(Do("log Hardware/Midi 32"), "'32' is not a number from 0 to 31");
     EXPECT_EQ(Do("log Nowhere 3"), "there is no log context 'Nowhere'");
 }

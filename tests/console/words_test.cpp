@@ -49,12 +49,14 @@ TEST(Words, StandForSwitchesAndNumbers)
     EXPECT_FALSE(Console::ToSwitch("off"));
     EXPECT_EQ(GetError([] { Console::ToSwitch("On"); }), "'On' is neither on nor off");
     EXPECT_EQ(Console::ToInteger("-3", -3, 5), -3);
-    EXPECT_EQ(GetError([] { Console::ToInteger("6", -3, 5); }), "'6' is no number from -3 to 5");
-    EXPECT_EQ(GetError([] { Console::ToInteger("5x", -3, 5); }), "'5x' is no number from -3 to 5");
+    EXPECT_EQ(GetError([] { Console::ToInteger("6", -3, 5); }), "'6' is not a number from -3 to 5");
+    EXPECT_EQ(GetError([] { Console::ToInteger("5x", -3, 5); }),
+              "'5x' is not a number from -3 to 5");
     EXPECT_EQ(Console::ToNumber("0.25", 0, 1), 0.25);
     EXPECT_EQ(GetError([] { Console::ToNumber("nan", 0, 1.5); }),
-              "'nan' is no number from 0 to 1.5");
-    EXPECT_EQ(GetError([] { Console::ToNumber("", 0, 1000); }), "'' is no number from 0 to 1000");
+              "'nan' is not a number from 0 to 1.5");
+    EXPECT_EQ(GetError([] { Console::ToNumber("", 0, 1000); }),
+              "'' is not a number from 0 to 1000");
 }
 
 TEST(Words, AreCounted)

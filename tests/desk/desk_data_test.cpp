@@ -304,7 +304,7 @@ TEST_F(DeskFile, TellsThatAFileCannotBeRead)
         } catch (const std::invalid_argument&) {
             ADD_FAILURE();
         } catch (const std::runtime_error& error) {
-            EXPECT_EQ(error.what(), "cannot read the desk '" + file.string() + "'");
+            EXPECT_EQ(error.what(), file.string() + ": cannot be read");
         }
 }
 

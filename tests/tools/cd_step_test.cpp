@@ -77,8 +77,8 @@ TEST(CdStep, SaysWhatIsWrong)
         {{"jog", "1s"}, "jog needs a number of seconds, such as 10 or -2.5"},
         {{"jog", "nan"}, "jog needs a number of seconds, such as 10 or -2.5"},
         {{"jog", "6001"}, "jog needs a number of seconds, such as 10 or -2.5"},
-        {{"follow", "0"}, "'0' is no number of seconds to follow for"},
-        {{"follow", "long"}, "'long' is no number of seconds to follow for"},
+        {{"follow", "0"}, "'0' is not a number of seconds to follow for"},
+        {{"follow", "long"}, "'long' is not a number of seconds to follow for"},
     };
     for (const auto& [words, message] : table) {
         try {

@@ -143,11 +143,13 @@ TEST_F(HwctlDesk, ReadsAndListsWithoutADesk)
     EXPECT_EQ(RunHwctl({"desk", HomeDesk, "--check"}).out, std::string(HomeDesk) + ": Home desk\n");
     const std::string bad = Write("bad.json", "{\n  \"name\": \"x\",\n  \"nmae\": 1\n}\n");
     const HwctlRun run = RunHwctl({"desk", bad, "--check"});
-    EXPECT_EQ(run.exitCode, 2);
-    EXPECT_THAT(run.err, HasSubstr(bad + ":3: "));
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err, StartsWith("hwctl: " + bad + ":3: "));
     const std::string rate =
-        Write("rate.json", "{\"name\": \"x\", \"timecode\": {\"simulate\": [\"pal\"]}}");
-    EXPECT_EQ(RunHwctl({"desk", rate, "--check"}).exitCode, 2);
+        Write("rate.json", "{\"name\": \"x\",\n\"timecode\": {\"simulate\": [\"pal\"]}}");
+    const HwctlRun source = RunHwctl({"desk", rate, "--check"});
+    EXPECT_EQ(source.exitCode, 1);
+    EXPECT_THAT(source.err, StartsWith("hwctl: " + rate + ":2: 'pal' is neither a rate"));
     EXPECT_EQ(RunHwctl({"desk", "/nowhere.json"}).exitCode, 1);
     EXPECT_EQ(RunHwctl({"desk"}).exitCode, 2);
     const HwctlRun verbs = RunHwctl({"desk", "--verbs"});

@@ -182,6 +182,9 @@ TEST_F(HwctlLinks, RefuseWhatTheyDoNotUnderstand)
     EXPECT_EQ(RunHwctl({"links", "--console-network", "a/b"}).exitCode, 2);
     EXPECT_EQ(RunHwctl({"links", "--fixture-network", "longer-than-fifteen"}).exitCode, 2);
     EXPECT_EQ(RunHwctl({"--virtual", "links", "--work", "/nowhere"}).exitCode, 1);
-    EXPECT_EQ(RunHwctl({"--virtual", "links", "--work", Write("1 eth0 sing")}).exitCode, 2);
+    const std::string script = Write("1 eth0 sing");
+    const auto verb = RunHwctl({"--virtual", "links", "--work", script});
+    EXPECT_EQ(verb.exitCode, 1);
+    EXPECT_EQ(verb.err, "hwctl: " + script + ":1: there is no verb 'sing'\n");
     EXPECT_EQ(RunHwctl({"monitor", "--work-network", "file"}).exitCode, 2);
 }

@@ -148,9 +148,9 @@ TEST_F(HwctlLtc, SaysWhatIsWrong)
          "hwctl: --start: '10:00:00:25' is no time at this rate\n"},
         {{"ltc", "generate", "a.wav", "--drop-frame"}, 2, "hwctl: --start: "},
         {{"ltc", "generate", "a.wav", "--speed", "11"}, 2, "hwctl: timecode audio: a speed of"},
-        {{"ltc", "generate", "a.wav", "--speed", "1:"}, 2, "hwctl: --speed: '1:' is no number"},
-        {{"ltc", "generate", "a.wav", "--cut", "1"}, 2, "hwctl: --cut: '1' is no pair"},
-        {{"ltc", "generate", "a.wav", "--user-bits", "XY"}, 2, "hwctl: --user-bits: 'XY' is no"},
+        {{"ltc", "generate", "a.wav", "--speed", "1:"}, 2, "hwctl: --speed: '1:' is not a number"},
+        {{"ltc", "generate", "a.wav", "--cut", "1"}, 2, "hwctl: --cut: '1' is not a pair"},
+        {{"ltc", "generate", "a.wav", "--user-bits", "XY"}, 2, "hwctl: --user-bits: 'XY' is not"},
     };
     for (const auto& [arguments, exitCode, message] : table) {
         const auto run = RunHwctl(arguments);

@@ -77,11 +77,12 @@ TEST_F(HwctlWings, WidgetsComeFromAFile)
     EXPECT_THAT(inventory["ltcBoards"], IsEmpty());
 }
 
-TEST_F(HwctlWings, AWidgetFileThatIsNoneIsAUsageError)
+TEST_F(HwctlWings, AWidgetFileThatIsNotOneIsNamed)
 {
-    const auto run = RunHwctl({"--virtual", "--widgets", Write("[{}]"), "list"});
-    EXPECT_EQ(run.exitCode, 2);
-    EXPECT_THAT(run.err, HasSubstr("every widget needs a \"model\""));
+    const std::string file = Write("[{}]");
+    const auto run = RunHwctl({"--virtual", "--widgets", file, "list"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.err, "hwctl: " + file + ": widget description: every widget needs a \"model\"\n");
     EXPECT_EQ(RunHwctl({"--widgets", Write(TwoWings), "list"}).exitCode, 2);
 }
 
@@ -180,9 +181,14 @@ TEST_F(HwctlWings, MonitorPrintsTheFramesOfAnLtcBoard)
 
 TEST_F(HwctlWings, MonitorRefusesAScriptForWidgetsThatAreNotThere)
 {
-    const auto run =
-        RunHwctl({"--virtual", "monitor", "--work", Write("0 sofa press 1"), "--for", "1"});
-    EXPECT_EQ(run.exitCode, 2);
-    EXPECT_THAT(run.err, HasSubstr("there is no widget at 'sofa'"));
+    const std::string script = Write("0 motor press 1\n0 sofa press 1\n");
+    const auto run = RunHwctl({"--virtual", "monitor", "--work", script, "--for", "1"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.err, "hwctl: " + script + ":2: there is no widget at 'sofa'\n");
+    // What a widget does not have is found before the run begins, too.
+    const auto part =
+        RunHwctl({"--virtual", "monitor", "--work", Write("0 motor press 10000"), "--for", "1"});
+    EXPECT_EQ(part.exitCode, 1);
+    EXPECT_THAT(part.err, HasSubstr(script + ":1: Vex4ExternalPlayback has no button 10000"));
     EXPECT_EQ(RunHwctl({"monitor", "--work", Write(""), "--for", "1"}).exitCode, 2);
 }

@@ -14,7 +14,7 @@ std::string Play(const std::string& text)
 {
     VirtualNetwork network;
     network.Add({L"eth0"});
-    const NetworkScript script = NetworkScript::Parse(text);
+    const NetworkScript script = NetworkScript::Parse(text, "work.txt");
     for (const NetworkScript::Step& step : script.GetSteps())
         NetworkScript::Do(step, network);
     std::string result;
@@ -27,7 +27,7 @@ std::string Play(const std::string& text)
 std::string Refuse(const std::string& text)
 {
     try {
-        NetworkScript::Parse(text);
+        NetworkScript::Parse(text, "work.txt");
     } catch (const std::invalid_argument& error) {
         return error.what();
     }
@@ -52,19 +52,19 @@ TEST(NetworkScript, DoesEveryVerb)
 TEST(NetworkScript, RefusesWhatIsNone)
 {
     const std::pair<const char*, const char*> cases[] = {
-        {"x eth0 up", "network script, line 1: it begins with seconds"},
-        {"-1 eth0 up", "network script, line 1: it begins with seconds"},
-        {"nan eth0 up", "network script, line 1: it begins with seconds"},
-        {"\n1 eth0", "network script, line 2: an adapter and a verb follow the seconds"},
-        {"1 eth0/1 up", "network script, line 1: no adapter can have the name 'eth0/1'"},
-        {"1 eth0 sing", "network script, line 1: there is no verb 'sing'"},
-        {"1 eth0 up 1", "network script, line 1: what follows 'up' is not what it takes"},
-        {"1 eth0 speed", "network script, line 1: what follows 'speed' is not what it takes"},
-        {"1 eth0 speed 1x", "network script, line 1: what follows 'speed' is not what it takes"},
-        {"1 eth0 speed 1 2", "network script, line 1: what follows 'speed' is not what it takes"},
-        {"1 eth0 flap 1000001", "network script, line 1: what follows 'flap' is not what it takes"},
-        {"1 eth0 rename a/b", "network script, line 1: what follows 'rename' is not what it takes"},
-        {"1 eth0 up\n0.9 eth0 up", "network script, line 2: it is earlier than the line before"}};
+        {"x eth0 up", "work.txt:1: it begins with seconds, 0 to 1000000"},
+        {"-1 eth0 up", "work.txt:1: it begins with seconds, 0 to 1000000"},
+        {"nan eth0 up", "work.txt:1: it begins with seconds, 0 to 1000000"},
+        {"\n1 eth0", "work.txt:2: an adapter and a verb follow the seconds"},
+        {"1 eth0/1 up", "work.txt:1: no adapter can have the name 'eth0/1'"},
+        {"1 eth0 sing", "work.txt:1: there is no verb 'sing'"},
+        {"1 eth0 up 1", "work.txt:1: what follows 'up' is not what it takes"},
+        {"1 eth0 speed", "work.txt:1: what follows 'speed' is not what it takes"},
+        {"1 eth0 speed 1x", "work.txt:1: what follows 'speed' is not what it takes"},
+        {"1 eth0 speed 1 2", "work.txt:1: what follows 'speed' is not what it takes"},
+        {"1 eth0 flap 1000001", "work.txt:1: what follows 'flap' is not what it takes"},
+        {"1 eth0 rename a/b", "work.txt:1: what follows 'rename' is not what it takes"},
+        {"1 eth0 up\n0.9 eth0 up", "work.txt:2: it is earlier than the line before"}};
     for (const auto& [text, reason] : cases)
         EXPECT_EQ(Refuse(text), reason);
     EXPECT_THROW(NetworkScript::Read("/nowhere"), std::runtime_error);

@@ -18,7 +18,7 @@ namespace
 std::string GetRefusal(const std::string& text)
 {
     try {
-        WidgetScript::Parse(text);
+        WidgetScript::Parse(text, "work.txt");
     } catch (const std::invalid_argument& error) {
         return error.what();
     }
@@ -29,8 +29,9 @@ std::string GetRefusal(const std::string& text)
 
 TEST(WidgetScript, ReadsStepsAndSkipsRemarks)
 {
-    const auto script = WidgetScript::Parse("# first\n\n0.5 playback press 3 # now\n"
-                                            "  1 ball axis 1 -7\r\n2 expansion configure 1 2 3\n");
+    const auto script = WidgetScript::Parse("# first\n\n0.5 playback press 3 # now\n  1 ball axis "
+                                            "1 -7\r\n2 expansion configure 1 2 3\n",
+                                            "work.txt");
     const auto& steps = script.GetSteps();
     ASSERT_EQ(steps.size(), 3U);
     EXPECT_EQ(steps[0].seconds, 0.5);
@@ -43,20 +44,19 @@ TEST(WidgetScript, ReadsStepsAndSkipsRemarks)
 
 TEST(WidgetScript, AnEmptyTextHasNoSteps)
 {
-    EXPECT_THAT(WidgetScript::Parse("").GetSteps(), IsEmpty());
+    EXPECT_THAT(WidgetScript::Parse("", "work.txt").GetSteps(), IsEmpty());
 }
 
 TEST(WidgetScript, RefusesWhatIsNoStepAndNamesTheLine)
 {
-    EXPECT_EQ(GetRefusal("\nx y z"), "widget script, line 2: it begins with seconds");
-    EXPECT_EQ(GetRefusal("-1 a plug"), "widget script, line 1: it begins with seconds");
-    EXPECT_EQ(GetRefusal("1 a"), "widget script, line 1: a path and a verb follow the seconds");
-    EXPECT_EQ(GetRefusal("1 a fly"), "widget script, line 1: there is no verb 'fly'");
-    EXPECT_EQ(GetRefusal("1 a press"), "widget script, line 1: press takes one number");
-    EXPECT_EQ(GetRefusal("1 a press 1 2"), "widget script, line 1: press takes one number");
-    EXPECT_EQ(GetRefusal("1 a press x"), "widget script, line 1: only numbers follow the verb");
-    EXPECT_EQ(GetRefusal("2 a plug\n1 a plug"),
-              "widget script, line 2: it is earlier than the line before");
+    EXPECT_EQ(GetRefusal("\nx y z"), "work.txt:2: it begins with seconds, 0 to 1000000");
+    EXPECT_EQ(GetRefusal("-1 a plug"), "work.txt:1: it begins with seconds, 0 to 1000000");
+    EXPECT_EQ(GetRefusal("1 a"), "work.txt:1: a path and a verb follow the seconds");
+    EXPECT_EQ(GetRefusal("1 a fly"), "work.txt:1: there is no verb 'fly'");
+    EXPECT_EQ(GetRefusal("1 a press"), "work.txt:1: press takes one number");
+    EXPECT_EQ(GetRefusal("1 a press 1 2"), "work.txt:1: press takes one number");
+    EXPECT_EQ(GetRefusal("1 a press x"), "work.txt:1: only numbers follow the verb");
+    EXPECT_EQ(GetRefusal("2 a plug\n1 a plug"), "work.txt:2: it is earlier than the line before");
 }
 
 TEST(WidgetScript, AFileThatCannotBeReadIsAnError)
@@ -68,11 +68,11 @@ TEST(WidgetScript, StepsWorkTheWidgetAtTheirPath)
 {
     Desk::WidgetBus bus;
     Desk::VirtualWidget& wing = bus.Add({"PlaybackWing", 1, L"a"});
-    const auto script = WidgetScript::Parse("0 a unplug\n0 a plug");
+    const auto script = WidgetScript::Parse("0 a unplug\n0 a plug", "work.txt");
     WidgetScript::Do(script.GetSteps()[0], bus);
     EXPECT_FALSE(wing.IsPlugged());
     WidgetScript::Do(script.GetSteps()[1], bus);
     EXPECT_TRUE(wing.IsPlugged());
-    EXPECT_THROW(WidgetScript::Do(WidgetScript::Parse("0 b plug").GetSteps()[0], bus),
+    EXPECT_THROW(WidgetScript::Do(WidgetScript::Parse("0 b plug", "work.txt").GetSteps()[0], bus),
                  std::invalid_argument);
 }

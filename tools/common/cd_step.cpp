@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "common/cd_step.h"
 
-#include <charconv>
 #include <cmath>
 #include <map>
 #include <optional>
 #include <regex>
 #include <stdexcept>
+#include <string_view>
+
+#include "common/number.h"
 
 namespace Tools
 {
@@ -28,16 +30,11 @@ const std::map<std::string, Verb> Verbs{{"status", Verb::Status}, {"contents", V
                                         {"next", Verb::Next},     {"previous", Verb::Previous},
                                         {"jog", Verb::Jog},       {"follow", Verb::Follow}};
 
-/// A decimal number; nothing for any other text, and for what is no number of seconds.
+/// A decimal number of seconds, not more than so many in either direction; nothing for any other
+/// text.
 std::optional<double> ToSeconds(const std::string& word, double most)
 {
-    double seconds = 0;
-    const char* const begin = word.data() + (word.starts_with('+') ? 1 : 0);
-    const char* const end = word.data() + word.size();
-    const auto result = std::from_chars(begin, end, seconds);
-    if (result.ec != std::errc() || result.ptr != end || !(std::abs(seconds) <= most))
-        return std::nullopt;
-    return seconds;
+    return ParseNumber(std::string_view(word).substr(word.starts_with('+') ? 1 : 0), -most, most);
 }
 
 /// A place to play from: a track or a time; nothing for any other word.
@@ -79,7 +76,7 @@ bool TakeArgument(CdStep& step, const std::string* word)
     if (step.verb == Verb::Follow && isFree) {
         const auto seconds = ToSeconds(*word, LongestFollow);
         if (!seconds || *seconds <= 0)
-            throw std::invalid_argument("'" + *word + "' is no number of seconds to follow for");
+            throw std::invalid_argument("'" + *word + "' is not a number of seconds to follow for");
         step.seconds = *seconds;
         return true;
     }

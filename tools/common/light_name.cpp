@@ -8,6 +8,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "common/number.h"
+
 namespace Tools
 {
 
@@ -81,12 +83,10 @@ ConsoleLightId ParseLight(const std::string& text)
 
 uires16 ParseLevel(const std::string& text)
 {
-    double percent = -1;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), percent);
-    if (error != std::errc() || end != text.data() + text.size() ||
-        !(percent >= 0 && percent <= FullPercent))
+    const auto percent = ParseNumber(text, 0.0, FullPercent);
+    if (!percent)
         throw std::invalid_argument("'" + text + "' is not a level from 0 to 100");
-    return static_cast<uires16>(std::lround(percent * FixedOne));
+    return static_cast<uires16>(std::lround(*percent * FixedOne));
 }
 
 std::string FormatLevel(uires16 level)

@@ -3,12 +3,12 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
 #include <stdexcept>
 #include <utility>
 
 #include "common/light_name.h"
+#include "common/number.h"
 
 namespace Tools
 {
@@ -34,12 +34,10 @@ constexpr std::array<std::pair<const char*, Kind>, 11> Words{{{"start", Kind::St
 
 unsigned ParseMilliseconds(const std::string& text)
 {
-    double seconds = -1;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
-    if (error != std::errc() || end != text.data() + text.size() ||
-        !(seconds >= 0 && seconds <= MostSeconds))
+    const auto seconds = ParseNumber(text, 0.0, MostSeconds);
+    if (!seconds)
         throw std::invalid_argument("'" + text + "' is not a time from 0 to 3600 seconds");
-    return static_cast<unsigned>(std::lround(seconds * 1000));
+    return static_cast<unsigned>(std::lround(*seconds * 1000));
 }
 
 } // namespace

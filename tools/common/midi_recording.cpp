@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "common/midi_recording.h"
 
-#include <fstream>
 #include <sstream>
 #include <stdexcept>
 
@@ -37,9 +36,7 @@ std::string ParseLine(const std::string& line, MidiRecording::Event& event)
 
 MidiRecording MidiRecording::Read(const std::string& path)
 {
-    std::ifstream file(path);
-    if (!file)
-        throw std::runtime_error(path + ": cannot be read");
+    std::istringstream file(ReadWholeFile(path));
     MidiRecording recording;
     ForEachScriptLine(file, [&](const std::string& line, std::size_t number) {
         Event event{};

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "common/network_script.h"
 
-#include <charconv>
 #include <functional>
 #include <map>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
 
+#include "common/number.h"
 #include "common/script_lines.h"
 
 namespace Tools
@@ -19,14 +19,9 @@ namespace
 using Desk::VirtualNetwork;
 typedef NetworkScript::Step Step;
 
-std::optional<std::uint64_t> ParseNumber(const std::string& word)
+std::optional<std::uint64_t> ToCount(const std::string& word)
 {
-    std::uint64_t number = 0;
-    const char* const end = word.data() + word.size();
-    const auto [stop, error] = std::from_chars(word.data(), end, number);
-    if (error != std::errc() || stop != end || word.empty())
-        return std::nullopt;
-    return number;
+    return ParseNumber<std::uint64_t>(word);
 }
 
 bool IsNothing(const std::string& word)
@@ -36,13 +31,13 @@ bool IsNothing(const std::string& word)
 
 bool IsSpeed(const std::string& word)
 {
-    return ParseNumber(word).has_value();
+    return ToCount(word).has_value();
 }
 
 bool IsCount(const std::string& word)
 {
     constexpr std::uint64_t Most = 1000000;
-    return ParseNumber(word).value_or(Most + 1) <= Most;
+    return ParseNumber<std::uint64_t>(word, 0, Most).has_value();
 }
 
 bool IsName(const std::string& word)
@@ -72,7 +67,7 @@ const std::map<std::string, Verb>& GetVerbs()
         {"down", {&IsNothing, [](VirtualNetwork& n, const Step& s) { n.SetDown(s.adapter); }}},
         {"speed",
          {&IsSpeed, [](VirtualNetwork& n,
-                       const Step& s) { n.SetSpeed(s.adapter, ParseNumber(s.word).value_or(0)); }}},
+                       const Step& s) { n.SetSpeed(s.adapter, ToCount(s.word).value_or(0)); }}},
         {"rename",
          {&IsName,
           [](VirtualNetwork& n, const Step& s) {
@@ -81,7 +76,7 @@ const std::map<std::string, Verb>& GetVerbs()
         {"flap",
          {&IsCount,
           [](VirtualNetwork& n, const Step& s) {
-              n.Flap(s.adapter, static_cast<unsigned>(ParseNumber(s.word).value_or(0)));
+              n.Flap(s.adapter, static_cast<unsigned>(ToCount(s.word).value_or(0)));
           }}},
         {"overrun", {&IsNothing, [](VirtualNetwork& n, const Step& s) {
                          n.Overrun([&] {
@@ -93,8 +88,6 @@ const std::map<std::string, Verb>& GetVerbs()
                      }}}};
     return verbs;
 }
-
-constexpr char Kind[] = "network script";
 
 /// The verb and what stands behind it. Throws std::invalid_argument with the reason alone.
 void ParseVerb(std::istream& words, Step& step)
@@ -108,38 +101,33 @@ void ParseVerb(std::istream& words, Step& step)
         throw std::invalid_argument("what follows '" + step.verb + "' is not what it takes");
 }
 
-Step ParseStep(const std::string& text, std::size_t line)
+Step ParseStep(const std::string& text)
 {
     std::istringstream words(text);
     Step step{};
+    step.seconds = TakeScriptSeconds(words);
     std::string adapter;
-    if (!(words >> step.seconds) || !(step.seconds >= 0))
-        RefuseScriptLine(Kind, line, "it begins with seconds");
     if (!(words >> adapter >> step.verb))
-        RefuseScriptLine(Kind, line, "an adapter and a verb follow the seconds");
+        throw std::invalid_argument("an adapter and a verb follow the seconds");
     if (!IsName(adapter))
-        RefuseScriptLine(Kind, line, "no adapter can have the name '" + adapter + "'");
+        throw std::invalid_argument("no adapter can have the name '" + adapter + "'");
     step.adapter = Standalone::WidenAdapterName(adapter);
-    try {
-        ParseVerb(words, step);
-    } catch (const std::invalid_argument& error) {
-        RefuseScriptLine(Kind, line, error.what());
-    }
+    ParseVerb(words, step);
     return step;
 }
 
 } // namespace
 
-NetworkScript NetworkScript::Parse(const std::string& text)
+NetworkScript NetworkScript::Parse(const std::string& text, const std::string& name)
 {
     NetworkScript script;
-    script.m_steps = ParseTimedScript<std::vector<Step>>(Kind, text, ParseStep);
+    script.m_steps = ParseTimedScript<std::vector<Step>>(name, text, ParseStep);
     return script;
 }
 
 NetworkScript NetworkScript::Read(const std::string& file)
 {
-    return Parse(ReadWholeFile(file));
+    return Parse(ReadWholeFile(file), file);
 }
 
 NetworkScript::Step NetworkScript::ParseAct(const std::string& adapter, const std::string& text)

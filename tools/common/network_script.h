@@ -16,14 +16,15 @@ class NetworkScript
 {
 public:
     struct Step {
-        double seconds; ///< since the start, never less than the step before
+        std::string place; ///< "NAME:LINE" of a script's step
+        double seconds;    ///< since the start, never less than the step before
         std::wstring adapter;
         std::string verb;
         std::string word;
     };
 
-    /// Throws std::invalid_argument, with the line's number, for a text that is no script.
-    static NetworkScript Parse(const std::string& text);
+    /// Throws std::invalid_argument with "NAME:LINE: REASON" for a text that is not a script.
+    static NetworkScript Parse(const std::string& text, const std::string& name);
     /// Reads a file; throws std::runtime_error when it cannot.
     static NetworkScript Read(const std::string& file);
 

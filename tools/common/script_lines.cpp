@@ -7,6 +7,8 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "common/number.h"
+
 namespace Tools
 {
 
@@ -21,9 +23,15 @@ void ForEachScriptLine(std::istream& text,
     }
 }
 
-void RefuseScriptLine(const std::string& kind, std::size_t line, const std::string& reason)
+double TakeScriptSeconds(std::istream& line)
 {
-    throw std::invalid_argument(kind + ", line " + std::to_string(line) + ": " + reason);
+    constexpr double Most = 1e6;
+    std::string word;
+    line >> word;
+    const auto seconds = ParseNumber(word, 0.0, Most);
+    if (!seconds)
+        throw std::invalid_argument("it begins with seconds, 0 to 1000000");
+    return *seconds;
 }
 
 std::string ReadWholeFile(const std::string& file)
@@ -31,7 +39,7 @@ std::string ReadWholeFile(const std::string& file)
     std::ifstream in(file);
     // A directory opens, and reads as nothing.
     if (!in || std::filesystem::is_directory(file))
-        throw std::runtime_error("cannot read '" + file + "'");
+        throw std::runtime_error(file + ": cannot be read");
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "common/timecode_source.h"
 
-#include <charconv>
 #include <map>
 #include <sstream>
 #include <stdexcept>
+
+#include "common/number.h"
 
 namespace Tools
 {
@@ -33,13 +34,12 @@ void ParseRate(const std::string& text, TimecodeSource& source)
         source.rate = Timecode::toRate(format->second);
         return;
     }
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), source.rate);
-    // Written so that what is not a number fails too.
-    const bool inRange = source.rate >= LowestRate && source.rate <= HighestRate;
-    if (error != std::errc() || end != text.data() + text.size() || !inRange)
+    const auto rate = ParseNumber(text, LowestRate, HighestRate);
+    if (!rate)
         throw std::invalid_argument("'" + text +
                                     "' is neither a rate in frames per second, up to 1000, nor "
                                     "film24, ebu25, ntsc30 or smpte30");
+    source.rate = *rate;
 }
 
 } // namespace

@@ -163,8 +163,6 @@ const std::map<std::string, Verb>& GetVerbs()
     return verbs;
 }
 
-constexpr char Kind[] = "widget script";
-
 std::string CountNumbers(std::size_t count)
 {
     return count == 0   ? "no number"
@@ -193,36 +191,40 @@ void ParseVerb(std::istream& words, WidgetScript::Step& step)
         throw std::invalid_argument(step.verb + " takes " + CountNumbers(*verb->second.numbers));
 }
 
-WidgetScript::Step ParseStep(const std::string& text, std::size_t line)
+WidgetScript::Step ParseStep(const std::string& text)
 {
     std::istringstream words(text);
     WidgetScript::Step step{};
+    step.seconds = TakeScriptSeconds(words);
     std::string path;
-    if (!(words >> step.seconds) || step.seconds < 0)
-        RefuseScriptLine(Kind, line, "it begins with seconds");
     if (!(words >> path >> step.verb))
-        RefuseScriptLine(Kind, line, "a path and a verb follow the seconds");
+        throw std::invalid_argument("a path and a verb follow the seconds");
     step.path.assign(path.begin(), path.end());
-    try {
-        ParseVerb(words, step);
-    } catch (const std::invalid_argument& error) {
-        RefuseScriptLine(Kind, line, error.what());
-    }
+    ParseVerb(words, step);
     return step;
+}
+
+Desk::VirtualWidget& FindWidget(const WidgetScript::Step& step, const Desk::WidgetBus& bus)
+{
+    Desk::VirtualWidget* const widget = bus.Find(step.path);
+    if (!widget)
+        throw std::invalid_argument("there is no widget at '" +
+                                    std::string(step.path.begin(), step.path.end()) + "'");
+    return *widget;
 }
 
 } // namespace
 
-WidgetScript WidgetScript::Parse(const std::string& text)
+WidgetScript WidgetScript::Parse(const std::string& text, const std::string& name)
 {
     WidgetScript script;
-    script.m_steps = ParseTimedScript<std::vector<Step>>(Kind, text, ParseStep);
+    script.m_steps = ParseTimedScript<std::vector<Step>>(name, text, ParseStep);
     return script;
 }
 
 WidgetScript WidgetScript::Read(const std::string& file)
 {
-    return Parse(ReadWholeFile(file));
+    return Parse(ReadWholeFile(file), file);
 }
 
 WidgetScript::Step WidgetScript::ParseAct(const std::string& path, const std::string& text)
@@ -235,15 +237,21 @@ WidgetScript::Step WidgetScript::ParseAct(const std::string& path, const std::st
     return step;
 }
 
+void WidgetScript::Check(const Step& step, const Hardware::WingModel& model)
+{
+    GetVerbs().at(step.verb).check(model, step.numbers);
+}
+
+void WidgetScript::Check(const Step& step, const Desk::WidgetBus& bus)
+{
+    Check(step, FindWidget(step, bus).GetModel());
+}
+
 void WidgetScript::Do(const Step& step, const Desk::WidgetBus& bus)
 {
-    Desk::VirtualWidget* const widget = bus.Find(step.path);
-    if (!widget)
-        throw std::invalid_argument("there is no widget at '" +
-                                    std::string(step.path.begin(), step.path.end()) + "'");
-    const Verb& verb = GetVerbs().at(step.verb);
-    verb.check(widget->GetModel(), step.numbers);
-    verb.act(*widget, step.numbers);
+    Desk::VirtualWidget& widget = FindWidget(step, bus);
+    Check(step, widget.GetModel());
+    GetVerbs().at(step.verb).act(widget, step.numbers);
 }
 
 } // namespace Tools

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "desk/widget_bus.h"
+#include "standalone/wing_table.h"
 
 namespace Tools
 {
@@ -16,14 +17,15 @@ class WidgetScript
 {
 public:
     struct Step {
-        double seconds; ///< since the start, never less than the step before
+        std::string place; ///< "NAME:LINE" of a script's step
+        double seconds;    ///< since the start, never less than the step before
         std::wstring path;
         std::string verb;
         std::vector<int> numbers;
     };
 
-    /// Throws std::invalid_argument, with the line's number, for a text that is no script.
-    static WidgetScript Parse(const std::string& text);
+    /// Throws std::invalid_argument with "NAME:LINE: REASON" for a text that is not a script.
+    static WidgetScript Parse(const std::string& text, const std::string& name);
     /// Reads a file; throws std::runtime_error when it cannot.
     static WidgetScript Read(const std::string& file);
 
@@ -32,8 +34,12 @@ public:
     static Step ParseAct(const std::string& path, const std::string& text);
 
     const std::vector<Step>& GetSteps() const { return m_steps; }
-    /// Does one step. Throws std::invalid_argument when there is no widget at its path, and for
-    /// what the widget's model does not have.
+    /// Throws std::invalid_argument for what the model does not have.
+    static void Check(const Step& step, const Hardware::WingModel& model);
+    /// The same for the widget at the step's path. Throws std::invalid_argument also when there is
+    /// none.
+    static void Check(const Step& step, const Desk::WidgetBus& bus);
+    /// Does one step. Throws as Check() does.
     static void Do(const Step& step, const Desk::WidgetBus& bus);
 
 private:

@@ -2,10 +2,11 @@
 #include "console/script.h"
 
 #include <algorithm>
-#include <charconv>
 #include <map>
 #include <optional>
 #include <sstream>
+
+#include "common/number.h"
 
 namespace Console
 {
@@ -21,12 +22,7 @@ constexpr double LookSeconds = 0.02;
 
 std::optional<double> ToDouble(const std::string& text)
 {
-    double number = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc() || stop != end)
-        return std::nullopt;
-    return number;
+    return Tools::ParseNumber<double>(text);
 }
 
 std::string ToText(const json& value)
@@ -120,7 +116,7 @@ Condition Condition::Parse(const Words& words)
     if (!compares && condition.m_operator != "=" && condition.m_operator != "!=")
         throw std::invalid_argument("'" + condition.m_operator + "' is none of = != < > <= >=");
     if (compares && !ToDouble(condition.m_value))
-        throw std::invalid_argument("'" + condition.m_value + "' is no number");
+        throw std::invalid_argument("'" + condition.m_value + "' is not a number");
     return condition;
 }
 
@@ -131,7 +127,7 @@ bool Condition::Holds(const json& state) const
         if (!found || found->is_null())
             return false;
         if (!found->is_number())
-            throw std::invalid_argument("'" + m_path + "' is no number but " + ToText(*found));
+            throw std::invalid_argument("'" + m_path + "' is not a number but " + ToText(*found));
         return compare->second(found->get<double>(), ToDouble(m_value).value_or(0));
     }
     bool isEqual = m_value == GetFound(state);

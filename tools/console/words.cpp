@@ -2,9 +2,10 @@
 #include "console/words.h"
 
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
 #include <stdexcept>
+
+#include "common/number.h"
 
 namespace Console
 {
@@ -17,13 +18,10 @@ constexpr char Blanks[] = " \t\r\n";
 template <class Number>
 Number Parse(const std::string& word, Number lowest, Number highest, const std::string& range)
 {
-    Number number{};
-    const char* const end = word.data() + word.size();
-    const auto [stop, error] = std::from_chars(word.data(), end, number);
-    // Written so that what is no number is out of range.
-    if (error != std::errc() || stop != end || !(number >= lowest && number <= highest))
-        throw std::invalid_argument("'" + word + "' is no number from " + range);
-    return number;
+    const auto number = Tools::ParseNumber(word, lowest, highest);
+    if (!number)
+        throw std::invalid_argument("'" + word + "' is not a number from " + range);
+    return *number;
 }
 
 /// Takes a word in quotes, the first of which stands at @p position.

@@ -165,11 +165,11 @@ void AddBacklightCommand(CLI::App& app, const CommonOptions& options, Action& ac
     for (std::size_t side = 0; side < Sides.size(); ++side) {
         const std::string name = std::string("--") + Sides[side].name;
         command->add_option(name, arguments->levels[side], "Level in percent, 0 to 100")
-            ->check(CLI::Range(0.0, 100.0));
+            ->check(InRange(0.0, 100.0));
         command
             ->add_option(name + "-frequency", arguments->frequencies[side],
                          "Frequency as the register has it, 0 to 255; 43 is usual")
-            ->check(CLI::Range(0U, 255U));
+            ->check(InRange(0U, 255U));
     }
     command->callback([arguments, &options, &action] {
         action = [arguments, &options] { return WorkBacklight(options, *arguments); };

@@ -75,7 +75,8 @@ private:
 
 int WorkCd(const CommonOptions& options, const Arguments& arguments)
 {
-    const std::vector<CdStep> steps = Tools::ParseCdSteps(
+    const std::vector<CdStep> steps = ParseArgument(
+        Tools::ParseCdSteps,
         arguments.words.empty() ? std::vector<std::string>{"status"} : arguments.words);
     std::unique_ptr<Desk::KernelTestbed> testbed;
     std::unique_ptr<Desk::CdDrive> drive;

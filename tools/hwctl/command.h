@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "hwctl/command_error.h"
+#include "hwctl/number_range.h"
 
 namespace Hwctl
 {

@@ -54,7 +54,7 @@ void AddScript(DeskRunOptions& options, const std::string& file)
     }
     const auto lines = Console::ParseDeskScript(Tools::ReadWholeFile(file));
     if (lines.empty())
-        throw std::invalid_argument("'" + file + "' has no line to do");
+        throw CommandError(file + ": has no line to do");
     for (const Console::ScriptLine& line : lines)
         options.lines.push_back({line.text, file + ":" + std::to_string(line.number)});
 }
@@ -72,7 +72,7 @@ DeskRunOptions MakeOptions(const Arguments& arguments, bool hasSeconds, bool has
     for (const std::string& line : arguments.lines)
         options.lastLines.push_back({line, "--do"});
     if (!arguments.until.empty()) {
-        Console::Condition::Parse(arguments.until); // before anything is started
+        ParseArgument(Console::Condition::Parse, arguments.until); // before anything is started
         std::string line = "until";
         for (const std::string& word : arguments.until)
             line += " " + Console::Quote(word);
@@ -93,10 +93,9 @@ int RunDesk(const Arguments& arguments, bool hasSeconds, bool hasState, bool log
     if (arguments.verbs)
         return PrintVerbs();
     if (arguments.file.empty())
-        throw std::invalid_argument("a desk file, please; data/desk has some");
-    const Desk::DeskData data = Desk::ReadDesk(arguments.file);
-    for (const std::string& source : data.simulate)
-        Tools::TimecodeSource::Parse(source); // before anything is started
+        throw UsageError("desk needs a desk file; data/desk has some");
+    const Desk::DeskData data = Desk::ReadDesk(
+        arguments.file, [](const std::string& source) { Tools::TimecodeSource::Parse(source); });
     if (arguments.check) {
         std::printf("%s: %s\n", arguments.file.c_str(), data.name.c_str());
         return ExitCode_Success;
@@ -121,7 +120,7 @@ void AddOptions(CLI::App& command, Arguments& arguments)
                         "does not come to")
             ->expected(3);
     command.add_option("--within", arguments.within, "Seconds that --until waits; 10 if not given")
-        ->check(CLI::Range(0.0, 1e6))
+        ->check(InRange(0.0, 1e6))
         ->needs(until);
     command.add_flag("--check", arguments.check, "Only read the desk file");
     command.add_flag("--verbs", arguments.verbs, "List what a line can be");
@@ -143,7 +142,7 @@ void AddDeskCommand(CLI::App& app, CommonOptions& options, Action& action)
     CLI::Option* const seconds = command
                                      ->add_option("--for", arguments->seconds,
                                                   "Go on for so many seconds behind the last line")
-                                     ->check(CLI::Range(0.0, 1e6));
+                                     ->check(InRange(0.0, 1e6));
     CLI::Option* const state =
         command
             ->add_option("--state", arguments->state,

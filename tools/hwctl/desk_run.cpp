@@ -97,7 +97,7 @@ int DeskRun::Run()
     const nlohmann::json state = m_options.state ? m_session->GetState() : nlohmann::json();
     m_runner.reset();
     if (m_hasFailed)
-        std::fputs(m_error.c_str(), stderr);
+        std::fprintf(stderr, "hwctl: %s", m_error.c_str());
     if (m_options.state && !m_hasFailed)
         PrintState(state);
     return m_hasFailed ? ExitCode_Failure : ExitCode_Success;

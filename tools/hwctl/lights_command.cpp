@@ -25,7 +25,7 @@ int RunLights(const CommonOptions& options, const Arguments& arguments)
     std::vector<Tools::LightStep> steps;
     steps.reserve(arguments.steps.size());
     for (const std::string& step : arguments.steps)
-        steps.push_back(Tools::LightStep::Parse(step));
+        steps.push_back(ParseArgument(Tools::LightStep::Parse, step));
     // Virtual lights leave the user's settings alone, unless told which file.
     if (!arguments.settings.empty() || !options.useVirtual)
         UseSettings(arguments.settings);

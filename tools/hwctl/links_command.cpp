@@ -151,7 +151,7 @@ void AddLinksCommand(CLI::App& app, const CommonOptions& options, Action& action
         "links", "Show the links of the console's networks, and work the link lights");
     command->add_flag("--follow", arguments->follow, "Print every change until interrupted");
     command->add_option("--for", arguments->seconds, "Follow, and end after so many seconds")
-        ->check(CLI::Range(0.001, 1e6));
+        ->check(InRange(0.001, 1e6));
     command
         ->add_option("--work", arguments->work,
                      "Follow, and do what a script says to virtual adapters; needs --virtual")

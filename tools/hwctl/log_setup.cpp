@@ -2,8 +2,8 @@
 #include "hwctl/log_setup.h"
 
 #include <cstdlib>
-#include <stdexcept>
 
+#include "hwctl/command_error.h"
 #include "standalone/journal_sink.h"
 #include "standalone/log_masks.h"
 #include "standalone/stderr_sink.h"
@@ -14,11 +14,11 @@ namespace Hwctl
 namespace
 {
 
-void ApplyMasks(const char* source, const std::string& masks)
+template <class Error> void ApplyMasks(const char* source, const std::string& masks)
 {
     const std::string problem = Standalone::ApplyLogMasks(masks);
     if (!problem.empty())
-        throw std::invalid_argument(std::string(source) + ": " + problem);
+        throw Error(std::string(source) + ": " + problem);
 }
 
 } // namespace
@@ -32,11 +32,11 @@ void SetUpLog(const std::string& sink, const std::string& masks)
     else
         Standalone::SetLogSink(std::make_shared<Standalone::StderrSink>());
     // Which wings come and go is what the tool itself prints.
-    ApplyMasks("default", "Hardware/WingMapper=28");
+    ApplyMasks<CommandError>("default", "Hardware/WingMapper=28");
     // NOLINTNEXTLINE(concurrency-mt-unsafe): there is only one thread yet
     if (const char* const environment = std::getenv(LogVariable))
-        ApplyMasks(LogVariable, environment);
-    ApplyMasks("--log", masks);
+        ApplyMasks<CommandError>(LogVariable, environment);
+    ApplyMasks<UsageError>("--log", masks);
 }
 
 } // namespace Hwctl

@@ -10,8 +10,7 @@ namespace Hwctl
 inline constexpr char LogVariable[] = "HWCTL_LOG";
 
 /// Sends the library's log lines to "stderr", "journal" or "none", and sets masks from HWCTL_LOG
-/// and
-/// @p masks. Throws std::invalid_argument for a list that is wrong.
+/// and @p masks. Throws CommandError for a wrong list in HWCTL_LOG and UsageError for wrong masks.
 void SetUpLog(const std::string& sink, const std::string& masks);
 
 } // namespace Hwctl

@@ -26,14 +26,18 @@ std::unique_ptr<Desk::AudioSource> Open(const Arguments& arguments)
 {
     const bool isRaw = !arguments.raw.empty();
     if (isRaw != (arguments.file == "-"))
-        throw std::invalid_argument(isRaw ? "--raw reads standard input, which is the file '-'"
-                                          : "standard input needs --raw");
+        throw UsageError(isRaw ? "--raw reads standard input, which is the file '-'"
+                               : "standard input needs --raw");
     if (!isRaw)
         return std::make_unique<Desk::AudioFile>(arguments.file, arguments.channel);
     Desk::PcmLayout layout = arguments.layout;
     layout.format = arguments.raw == "s16le" ? Desk::PcmFormat_S16Le : Desk::PcmFormat_F32Le;
     layout.channel = arguments.channel;
-    return std::make_unique<Desk::RawPcm>(STDIN_FILENO, layout);
+    return ParseArgument(
+        [](const Desk::PcmLayout& given) {
+            return std::make_unique<Desk::RawPcm>(STDIN_FILENO, given);
+        },
+        layout);
 }
 
 int RunDecode(const Arguments& arguments)
@@ -60,13 +64,13 @@ void AddLtcDecodeCommand(CLI::App& parent, Action& action)
                                               "or f32le")
                                  ->check(CLI::IsMember({"s16le", "f32le"}));
     command->add_option("--rate", arguments->layout.sampleRate, "Their rate in Hz; 48000")
-        ->check(CLI::Range(8000U, 192000U))
+        ->check(InRange(8000U, 192000U))
         ->needs(raw);
     command->add_option("--channels", arguments->layout.channels, "How many channels; 1")
-        ->check(CLI::Range(1U, 64U))
+        ->check(InRange(1U, 64U))
         ->needs(raw);
     command->add_option("--channel", arguments->channel, "Which one to read, from 1; the first")
-        ->check(CLI::Range(1U, 1024U));
+        ->check(InRange(1U, 1024U));
     command->add_flag("--json", arguments->json, "Print JSON, one object a line");
     command->callback(
         [arguments, &action] { action = [arguments] { return RunDecode(*arguments); }; });

@@ -4,8 +4,10 @@
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <string_view>
 #include <tuple>
 
+#include "common/number.h"
 #include "desk/audio_file.h"
 #include "desk/ltc_generator.h"
 #include "hwctl/command.h"
@@ -35,20 +37,15 @@ struct Arguments {
 /// One or two numbers with a colon between; the second one is the first if it is not there.
 std::pair<double, double> ParsePair(const std::string& text, const char* option, bool needsBoth)
 {
-    double first = 0;
-    const char* const end = text.data() + text.size();
-    auto at = std::from_chars(text.data(), end, first);
-    double second = first;
-    bool good = at.ec == std::errc() && (at.ptr != end || !needsBoth);
-    if (good && at.ptr != end) {
-        good = *at.ptr == ':';
-        at = std::from_chars(at.ptr + 1, end, second);
-        good = good && at.ec == std::errc() && at.ptr == end;
-    }
-    if (!good)
-        throw std::invalid_argument(std::string(option) + ": '" + text + "' is no " +
-                                    (needsBoth ? "pair" : "number or pair") + " such as 2.5:0.1");
-    return {first, second};
+    const std::size_t colon = std::min(text.find(':'), text.size());
+    const auto first = Tools::ParseNumber<double>(std::string_view(text).substr(0, colon));
+    auto second = first;
+    if (colon < text.size())
+        second = Tools::ParseNumber<double>(std::string_view(text).substr(colon + 1));
+    if (!first || !second || (needsBoth && colon == text.size()))
+        throw UsageError(std::string(option) + ": '" + text + "' is not a " +
+                         (needsBoth ? "pair" : "number or pair") + " such as 2.5:0.1");
+    return {*first, *second};
 }
 
 Desk::LtcRate ParseRate(const std::string& text)
@@ -66,7 +63,7 @@ Desk::LtcTime ParseStart(std::string text, bool dropFrame, unsigned framesPerSec
         std::replace(text.begin(), text.end(), ':', ';');
     const auto time = Desk::ParseLtcTime(text, framesPerSecond);
     if (!time)
-        throw std::invalid_argument("--start: '" + text + "' is no time at this rate");
+        throw UsageError("--start: '" + text + "' is no time at this rate");
     return *time;
 }
 
@@ -76,8 +73,8 @@ std::uint32_t ParseUserBits(const std::string& text)
     const char* const end = text.data() + text.size();
     const auto at = std::from_chars(text.data(), end, bits, 16);
     if (at.ec != std::errc() || at.ptr != end)
-        throw std::invalid_argument("--user-bits: '" + text +
-                                    "' is no number of up to 8 hexadecimal digits");
+        throw UsageError("--user-bits: '" + text +
+                         "' is not a number of up to 8 hexadecimal digits");
     return bits;
 }
 
@@ -107,8 +104,12 @@ Desk::LtcSettings GetSettings(const Arguments& arguments, bool hasNoise)
 
 int RunGenerate(const Arguments& arguments, bool hasNoise)
 {
-    Desk::LtcGenerator generator(GetSettings(arguments, hasNoise));
-    Desk::WriteAudioFile(arguments.file, generator);
+    const auto generator = ParseArgument(
+        [](const Desk::LtcSettings& settings) {
+            return std::make_unique<Desk::LtcGenerator>(settings);
+        },
+        GetSettings(arguments, hasNoise));
+    Desk::WriteAudioFile(arguments.file, *generator);
     return ExitCode_Success;
 }
 
@@ -120,7 +121,7 @@ void AddTimeOptions(CLI::App& command, Arguments& arguments)
                      "Count with drop frame, as ; in the first time does");
     command.add_option("--start", arguments.start, "First time, HH:MM:SS:FF; 10:00:00:00");
     command.add_option("--frames", arguments.settings.frames, "How many frames; 250")
-        ->check(CLI::Range(1U, 10'000'000U));
+        ->check(InRange(1U, 10'000'000U));
     command.add_flag("--backwards", arguments.settings.backwards, "Run backwards");
     command.add_option("--speed", arguments.speed,
                        "Speed, 0.1 to 10, or that of the first and the last frame, such as 0.5:4");
@@ -134,28 +135,28 @@ CLI::Option* AddSoundOptions(CLI::App& command, Arguments& arguments)
 {
     Desk::LtcSettings& settings = arguments.settings;
     command.add_option("--sample-rate", settings.sampleRate, "Samples a second; 48000")
-        ->check(CLI::Range(8000U, 192000U));
+        ->check(InRange(8000U, 192000U));
     command.add_option("--level", settings.level, "Peak in dB of full scale; -6")
-        ->check(CLI::Range(-60.0, 0.0));
+        ->check(InRange(-60.0, 0.0));
     CLI::Option* const change =
         command
             .add_option("--level-change", settings.levelChange,
                         "Change of the level in dB, there and back over the length")
-            ->check(CLI::Range(-60.0, 60.0));
+            ->check(InRange(-60.0, 60.0));
     command.add_flag("--level-step", arguments.step, "Change it at once, in the middle, for good")
         ->needs(change);
     CLI::Option* const noise =
         command.add_option("--noise", arguments.noise, "White noise: signal-to-noise ratio in dB")
-            ->check(CLI::Range(-20.0, 100.0));
+            ->check(InRange(-20.0, 100.0));
     command.add_option("--seed", settings.seed, "Seed of the noise; 1")->needs(noise);
     command.add_option("--dropout", arguments.silences,
                        "FROM:LENGTH in seconds: silence there; may be repeated");
     command.add_option("--cut", arguments.cuts,
                        "FROM:LENGTH in seconds: samples missing there; may be repeated");
     command.add_option("--lead-in", settings.leadIn, "Seconds of silence ahead")
-        ->check(CLI::Range(0.0, 86400.0));
+        ->check(InRange(0.0, 86400.0));
     command.add_option("--lead-out", settings.leadOut, "Seconds of silence behind")
-        ->check(CLI::Range(0.0, 86400.0));
+        ->check(InRange(0.0, 86400.0));
     return noise;
 }
 

@@ -35,7 +35,7 @@ void AddCommonOptions(CLI::App& app, CommonOptions& options)
         });
     app.add_option("--console", options.console,
                    "Number of the console's model to be; 7 with --virtual, otherwise no console")
-        ->check(CLI::Range(0, 255));
+        ->check(InRange(0, 255));
     const auto isName = [](const std::string& name) {
         return Standalone::IsAdapterName(Standalone::WidenAdapterName(name))
                    ? std::string()
@@ -101,7 +101,7 @@ int RunAction(const CommonOptions& options, const Action& action, int argc, char
     try {
         SetUpLog(options.logSink, options.logMasks);
         return action();
-    } catch (const std::invalid_argument& error) {
+    } catch (const UsageError& error) {
         return Fail(error.what(), ExitCode_Usage);
     } catch (const std::exception& error) {
         return Fail(error.what(), ExitCode_Failure);

@@ -47,7 +47,7 @@ std::vector<Tools::TimecodeSource> ParseSources(const std::vector<std::string>& 
     std::vector<Tools::TimecodeSource> sources;
     sources.reserve(descriptions.size());
     for (const std::string& description : descriptions)
-        sources.push_back(Tools::TimecodeSource::Parse(description));
+        sources.push_back(ParseArgument(Tools::TimecodeSource::Parse, description));
     return sources;
 }
 
@@ -168,7 +168,7 @@ void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& acti
             ->add_option("--for", arguments->seconds,
                          "End after so many seconds; otherwise the end of what is played ends it, "
                          "or an interrupt")
-            ->check(CLI::Range(0.0, 1e6));
+            ->check(InRange(0.0, 1e6));
     command
         ->add_option(
             "--hide", arguments->hide,

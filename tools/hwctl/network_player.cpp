@@ -49,7 +49,7 @@ void NetworkPlayer::Do(const Tools::NetworkScript::Step& step)
         // Steps that are overdue follow at once, and each change is to be seen.
         m_network.Flush();
     } catch (const std::invalid_argument& error) {
-        std::fprintf(stderr, "hwctl: %s\n", error.what());
+        std::fprintf(stderr, "hwctl: %s: %s\n", step.place.c_str(), error.what());
         m_hasFailed = true;
     }
 }

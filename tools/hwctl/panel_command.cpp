@@ -71,7 +71,7 @@ int WorkPanel(const CommonOptions& options, const Arguments& arguments, const Co
 
 void AddByte(CLI::App& command, const char* name, unsigned& byte, const char* text)
 {
-    command.add_option(name, byte, text)->required()->check(CLI::Range(0U, 255U));
+    command.add_option(name, byte, text)->required()->check(InRange(0U, 255U));
 }
 
 } // namespace

@@ -52,8 +52,8 @@ unsigned Pack(const Bytes& bytes, const std::string& text)
     for (std::size_t i = 1; i < bytes.size(); ++i)
         whole = whole && bytes[i] < 0x80;
     if (!whole)
-        throw CommandError("'" + text +
-                           "' is no whole short message; use --buffer to send bytes as they are");
+        throw UsageError("'" + text +
+                         "' is no whole short message; use --buffer to send bytes as they are");
     return message;
 }
 
@@ -62,7 +62,7 @@ void Send(Sender& device, const Arguments& arguments)
     for (const std::string& text : arguments.messages) {
         const auto bytes = Tools::ParseHex(text);
         if (!bytes || bytes->empty())
-            throw CommandError("'" + text + "' is no list of bytes in hexadecimal");
+            throw UsageError("'" + text + "' is no list of bytes in hexadecimal");
         // System exclusive is a buffer by nature.
         if (arguments.buffer || bytes->front() == 0xF0)
             device.SendBuffer(bytes->data(), static_cast<unsigned>(bytes->size()));

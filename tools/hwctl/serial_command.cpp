@@ -168,8 +168,7 @@ int WorkSerial(const CommonOptions& options, const Arguments& arguments)
 {
     const auto bytes = Tools::ParseHex(arguments.send);
     if (!bytes)
-        throw std::invalid_argument("'" + arguments.send +
-                                    "' is no row of bytes in hexadecimal digits");
+        throw UsageError("'" + arguments.send + "' is not a row of bytes in hexadecimal digits");
     const auto testbed = options.useVirtual ? std::make_unique<Desk::KernelTestbed>() : nullptr;
     const auto displays = testbed ? std::make_unique<VirtualDisplays>(*testbed) : nullptr;
     LogTap tap;
@@ -219,9 +218,9 @@ void AddSerialCommand(CLI::App& app, const CommonOptions& options, Action& actio
         ->check(CLI::IsMember(GetNames(FlowControls)));
     command->add_option("--send", arguments->send, "Bytes to send first, in hexadecimal digits");
     command->add_option("--for", arguments->seconds, "End after so many seconds")
-        ->check(CLI::Range(0.001, 1e6));
+        ->check(InRange(0.001, 1e6));
     command->add_option("--count", arguments->count, "End after so many bytes")
-        ->check(CLI::Range(std::size_t{1}, std::size_t{1} << 40U));
+        ->check(InRange(std::size_t{1}, std::size_t{1} << 40U));
     command->callback([arguments, &options, &action] {
         action = [arguments, &options] { return WorkSerial(options, *arguments); };
     });

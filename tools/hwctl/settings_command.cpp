@@ -90,10 +90,10 @@ int RunSettings(const CommonOptions& options, const Arguments& arguments)
     const bool hasFile = !arguments.file.empty() || !options.useVirtual;
     const std::string file = hasFile ? UseSettings(arguments.file) : "kept nowhere";
     if (arguments.show && arguments.changes.empty())
-        throw std::invalid_argument("--show needs a change to show");
+        throw UsageError("--show needs a change to show");
     // Looked at before anything begins.
     Standalone::LightSettings checked;
-    Change(checked, arguments.changes);
+    ParseArgument([&](const auto& changes) { Change(checked, changes); }, arguments.changes);
     if (!arguments.changes.empty()) {
         if (!arguments.json)
             Standalone::SetPostObserver(PrintMessage);

@@ -31,11 +31,11 @@ void AddSimulateCommand(CLI::App& app, const CommonOptions&, Action& action)
         "if none is given");
     CLI::Option* const seconds =
         command->add_option("--for", arguments->seconds, "End after so many seconds")
-            ->check(CLI::Range(0.0, 1e6));
+            ->check(InRange(0.0, 1e6));
     CLI::Option* const frames =
         command
             ->add_option("--frames", arguments->frames, "End after so many frames of each source")
-            ->check(CLI::Range(1U, 1000000U));
+            ->check(InRange(1U, 1000000U));
     command->add_flag("--json", arguments->json, "Print JSON, one object a line");
     command->callback([arguments, seconds, frames, &action] {
         action = [arguments, seconds, frames] {
@@ -43,7 +43,7 @@ void AddSimulateCommand(CLI::App& app, const CommonOptions&, Action& action)
                 arguments->sources.emplace_back("ebu25");
             MonitorOptions options;
             for (const std::string& source : arguments->sources)
-                options.sources.push_back(Tools::TimecodeSource::Parse(source));
+                options.sources.push_back(ParseArgument(Tools::TimecodeSource::Parse, source));
             if (seconds->count() > 0)
                 options.seconds = arguments->seconds;
             if (frames->count() > 0)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hwctl/virtual_devices.h"
 
+#include <stdexcept>
+
 #include "common/script_lines.h"
 #include "desk/audio_file.h"
 #include "desk/virtual_desk.h"
@@ -28,7 +30,11 @@ std::vector<Desk::WidgetData> ReadWidgets(const std::string& file)
                 {"TrackballWidget", 6, L"trackball"},
                 {"Vex4TopBox", 7, L"bar"},
                 {"LtcWidget", 8, L"ltc"}};
-    return Desk::ReadWidgetData(Tools::ReadWholeFile(file));
+    try {
+        return Desk::ReadWidgetData(Tools::ReadWholeFile(file));
+    } catch (const std::invalid_argument& error) {
+        throw CommandError(file + ": " + error.what());
+    }
 }
 
 } // namespace

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "hwctl/command_error.h"
+
 namespace Hwctl
 {
 
@@ -12,9 +14,11 @@ WidgetPlayer::WidgetPlayer(Tools::WidgetScript script, Desk::WidgetBus& bus)
     : m_script(std::move(script)), m_bus(bus)
 {
     for (const Tools::WidgetScript::Step& step : m_script.GetSteps())
-        if (!bus.Find(step.path))
-            throw std::invalid_argument("there is no widget at '" +
-                                        std::string(step.path.begin(), step.path.end()) + "'");
+        try {
+            Tools::WidgetScript::Check(step, bus); // on its thread nobody could take the error
+        } catch (const std::invalid_argument& error) {
+            throw CommandError(step.place + ": " + error.what());
+        }
 }
 
 WidgetPlayer::~WidgetPlayer()

@@ -14,7 +14,7 @@ namespace Hwctl
 class WidgetPlayer
 {
 public:
-    /// Throws std::invalid_argument when a step's widget is not on the bus.
+    /// Throws CommandError when a step's widget is not on the bus, or does not have what it names.
     WidgetPlayer(Tools::WidgetScript script, Desk::WidgetBus& bus);
     ~WidgetPlayer();
     WidgetPlayer(const WidgetPlayer&) = delete;

@@ -46,7 +46,7 @@ template <class Value> std::vector<std::string> GetNames(const std::map<std::str
 int WorkWing(const CommonOptions& options, const Arguments& arguments,
              const std::function<void(WidgetKey)>& work)
 {
-    const WidgetKey key = Tools::ParseWingKey(arguments.wing);
+    const WidgetKey key = ParseArgument(Tools::ParseWingKey, arguments.wing);
     const auto devices =
         options.useVirtual ? std::make_unique<VirtualDevices>(options.widgetFile) : nullptr;
     std::size_t outputs = 0;
@@ -92,9 +92,9 @@ void AddLedCommand(CLI::App& app, const CommonOptions& options, Action& action)
         ->check(CLI::IsMember(GetNames(Tools::GetLedStates())));
     CLI::Option* const pid =
         command->add_option("--part", arguments->pid, "Part id of one LED; all LEDs if not given")
-            ->check(CLI::Range(0U, 65535U));
+            ->check(InRange(0U, 65535U));
     command->add_option("--master", arguments->mid, "Master id of that LED")
-        ->check(CLI::Range(0U, 65535U))
+        ->check(InRange(0U, 65535U))
         ->needs(pid);
     CLI::Option* const section =
         command
@@ -124,10 +124,10 @@ void AddFaderCommand(CLI::App& app, const CommonOptions& options, Action& action
         AddWingCommand(app, "fader", "Move a motor fader of a wing", arguments);
     command->add_option("master", arguments->mid, "Master id of the fader")
         ->required()
-        ->check(CLI::Range(0U, 65535U));
+        ->check(InRange(0U, 65535U));
     command->add_option("position", arguments->position, "0 to 255")
         ->required()
-        ->check(CLI::Range(0, 255));
+        ->check(InRange(0, 255));
     command->callback([arguments, &options, &action] {
         action = [arguments, &options] {
             return WorkWing(options, *arguments, [&](WidgetKey key) {

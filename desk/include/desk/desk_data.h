@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -54,14 +55,20 @@ struct DeskData {
     Standalone::LightSettings settings;
 };
 
+/// Throws std::invalid_argument for a timecode source that there cannot be. What a source can be is
+/// known to whoever makes it.
+typedef std::function<void(const std::string& source)> SourceCheck;
+
 /// Reads a desk from JSON, in the form that data/desk/desk.schema.json describes.
 ///
 /// Throws std::invalid_argument with "NAME:LINE: REASON" for the first thing that is wrong, names
 /// that the form does not have included.
 /// @param name   of the text, for what is said
 /// @param folder that relative names of other files begin in; empty for the working folder
-DeskData ParseDesk(const std::string& text, const std::string& name, const std::string& folder);
+/// @param check  of the timecode sources
+DeskData ParseDesk(const std::string& text, const std::string& name, const std::string& folder,
+                   const SourceCheck& check = {});
 /// The same for a file. Throws std::runtime_error when it cannot be read.
-DeskData ReadDesk(const std::string& file);
+DeskData ReadDesk(const std::string& file, const SourceCheck& check = {});
 
 } // namespace Desk
