@@ -4,6 +4,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
@@ -13,6 +14,11 @@ namespace Tools
 
 namespace
 {
+
+constexpr std::array Signals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+
+/// What each of them did before.
+std::array<struct sigaction, Signals.size()> g_before{};
 
 /// Written by the handler, which may do little else.
 int g_event = -1;
@@ -35,14 +41,21 @@ StopSignals::StopSignals(const std::function<void()>& stop)
         m_notifier->setEnabled(false);
         stop();
     });
-    std::signal(SIGINT, &HandleSignal);
-    std::signal(SIGTERM, &HandleSignal);
+    struct sigaction action {
+    };
+    action.sa_handler = &HandleSignal;
+    action.sa_flags = SA_RESTART;
+    for (std::size_t i = 0; i < Signals.size(); ++i) {
+        sigaction(Signals[i], nullptr, &g_before[i]);
+        if (Signals[i] != SIGHUP || g_before[i].sa_handler != SIG_IGN)
+            sigaction(Signals[i], &action, nullptr);
+    }
 }
 
 StopSignals::~StopSignals()
 {
-    std::signal(SIGINT, SIG_DFL);
-    std::signal(SIGTERM, SIG_DFL);
+    for (std::size_t i = 0; i < Signals.size(); ++i)
+        sigaction(Signals[i], &g_before[i], nullptr);
     m_notifier.reset();
     close(g_event);
     g_event = -1;

@@ -8,8 +8,8 @@
 namespace Tools
 {
 
-/// Turns SIGINT and SIGTERM into a call on the thread of the event loop, for as long as it lives.
-/// One at a time.
+/// Turns SIGINT, SIGTERM, SIGHUP and SIGQUIT into a call on the thread of the event loop, for as
+/// long as it lives. A hangup that was ignored before, as by nohup, stays ignored. One at a time.
 class StopSignals
 {
 public:

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 
+#include "common/line_text.h"
 #include "hardware/flatpanel_controller/kontron.h"
 #include "hwctl/command.h"
 #include "hwctl/exit_code.h"
@@ -84,8 +85,7 @@ void AddPanelCommand(CLI::App& app, const CommonOptions& options, Action& action
     panel->add_option("--port", arguments->port, "Serial port")->capture_default_str();
     panel->add_option("--baud", arguments->baud, "Speed")
         ->capture_default_str()
-        ->check(CLI::IsMember(
-            {300, 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200, 230400, 460800}));
+        ->check(CLI::IsMember(Tools::GetLineSpeeds()));
     panel->require_subcommand(1);
     const auto add = [=, &options, &action](const char* name, const char* text, auto send) {
         CLI::App* const command = panel->add_subcommand(name, text);

@@ -1,20 +1,21 @@
 // SPDX-License-Identifier: MIT
-#include <QCoreApplication>
-#include <QSocketNotifier>
-#include <QTimer>
-#include <array>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <memory>
+#include <optional>
+#include <system_error>
 #include <vector>
 
 #include "common/hex.h"
+#include "common/line_text.h"
 #include "common/stop_signals.h"
 #include "hardware/flatpanel_controller/serial.h"
 #include "hwctl/command.h"
 #include "hwctl/exit_code.h"
-#include "hwctl/log_tap.h"
-#include "hwctl/sending.h"
+#include "hwctl/serial_talk.h"
 #include "hwctl/virtual_displays.h"
 
 namespace Hwctl
@@ -44,8 +45,6 @@ struct Arguments {
 class Dump
 {
 public:
-    std::size_t GetCount() const { return m_count; }
-
     void Print(std::span<const std::uint8_t> bytes)
     {
         constexpr std::size_t RowLength = 16;
@@ -66,103 +65,81 @@ private:
     std::size_t m_count = 0;
 };
 
-/// An open port while it is talked and listened to.
-class Conversation
+/// What is printed to a program that has ended is a failure of the print, and not the end of this
+/// one, for as long as it lives.
+class NoPipeSignal
 {
 public:
-    Conversation(Serial& serial, LogTap& tap, std::vector<std::uint8_t> toSend, std::size_t limit)
-        : m_serial(serial), m_tap(tap), m_toSend(std::move(toSend)), m_limit(limit),
-          m_readable(serial.GetDeviceHandle(), QSocketNotifier::Read),
-          m_writable(serial.GetDeviceHandle(), QSocketNotifier::Write)
+    NoPipeSignal()
     {
-        QObject::connect(&m_readable, &QSocketNotifier::activated, &m_readable, [this] { Read(); });
-        QObject::connect(&m_writable, &QSocketNotifier::activated, &m_writable,
-                         [this] { Write(); });
-        m_writable.setEnabled(!m_toSend.empty());
+        struct sigaction ignore {
+        };
+        ignore.sa_handler = SIG_IGN;
+        sigaction(SIGPIPE, &ignore, &m_before);
     }
-
-    /// Until a signal, the time, the count, or the end of the line. Returns an ExitCode.
-    int Run(double seconds)
-    {
-        QTimer timer;
-        timer.setSingleShot(true);
-        QObject::connect(&timer, &QTimer::timeout, &timer,
-                         [] { QCoreApplication::exit(ExitCode_Success); });
-        if (seconds > 0)
-            timer.start(static_cast<int>(seconds * 1000));
-        std::fflush(stdout);
-        const int code = QCoreApplication::exec();
-        std::printf("%zu bytes received\n", m_dump.GetCount());
-        if (m_sent == m_toSend.size())
-            return code;
-        std::fprintf(stderr, "hwctl: the line took %zu of %zu bytes\n", m_sent, m_toSend.size());
-        return ExitCode_Failure;
-    }
+    ~NoPipeSignal() { sigaction(SIGPIPE, &m_before, nullptr); }
+    NoPipeSignal(const NoPipeSignal&) = delete;
+    NoPipeSignal& operator=(const NoPipeSignal&) = delete;
 
 private:
-    /// Sends a little more: so much goes into the port's buffer without a wait for the line.
-    void Write()
-    {
-        constexpr std::size_t PieceLength = 16;
-        const std::size_t length = std::min(PieceLength, m_toSend.size() - m_sent);
-        const int count = m_serial.Write(m_toSend.data() + m_sent, length);
-        if (HasFailed())
-            return;
-        m_sent += static_cast<std::size_t>(count);
-        if (m_sent < m_toSend.size())
-            return;
-        m_writable.setEnabled(false);
-        std::printf("%zu bytes sent\n", m_sent);
-        std::fflush(stdout);
-    }
-
-    void Read()
-    {
-        std::array<unsigned char, 256> bytes{};
-        std::size_t room = bytes.size();
-        if (m_limit > 0)
-            room = std::min(room, m_limit - m_dump.GetCount());
-        const int count = m_serial.Read(bytes.data(), room);
-        if (HasFailed())
-            return;
-        if (count == 0) {
-            std::fprintf(stderr, "hwctl: the line is gone\n");
-            End(ExitCode_Failure);
-            return;
-        }
-        m_dump.Print(std::span(bytes).first(static_cast<std::size_t>(count)));
-        if (m_limit > 0 && m_dump.GetCount() >= m_limit)
-            End(ExitCode_Success);
-    }
-
-    /// Ends the run where the call before failed: its result is a positive number then as well, so
-    /// only the log line tells.
-    bool HasFailed()
-    {
-        const std::vector<std::string> failures = m_tap.TakeFailures();
-        if (failures.empty())
-            return false;
-        std::fprintf(stderr, "hwctl: %s\n", failures.front().c_str());
-        End(ExitCode_Failure);
-        return true;
-    }
-
-    void End(int code)
-    {
-        m_readable.setEnabled(false);
-        m_writable.setEnabled(false);
-        QCoreApplication::exit(code);
-    }
-
-    Serial& m_serial;
-    LogTap& m_tap;
-    std::vector<std::uint8_t> m_toSend;
-    std::size_t m_sent = 0;
-    const std::size_t m_limit;
-    Dump m_dump;
-    QSocketNotifier m_readable;
-    QSocketNotifier m_writable;
+    struct sigaction m_before {
+    };
 };
+
+void Open(Serial& serial, const Arguments& arguments)
+{
+    const int error =
+        serial.Open(arguments.baud, Parities.at(arguments.parity), FlowControls.at(arguments.flow));
+    if (error != 0)
+        throw CommandError("cannot open " + arguments.port + ": " +
+                           std::generic_category().message(error));
+    // A port that cannot be set as asked keeps what it has and reports no failure.
+    termios held{};
+    if (tcgetattr(serial.GetDeviceHandle(), &held) == -1)
+        throw CommandError("cannot read the settings of " + arguments.port + ": " +
+                           std::generic_category().message(errno));
+    const std::string asked = Tools::DescribeLine(arguments.baud, arguments.parity, arguments.flow);
+    if (Tools::DescribeLine(held) != asked)
+        throw CommandError(arguments.port + " does not take " + asked + "; it holds " +
+                           Tools::DescribeLine(held));
+    std::printf("%s open: %s\n", arguments.port.c_str(), asked.c_str());
+    std::fflush(stdout);
+}
+
+/// Talks until the end and puts the port's settings back, whatever comes.
+SerialTalk::Result Talk(const Arguments& arguments, const std::vector<std::uint8_t>& bytes)
+{
+    std::optional<SerialTalk> talk;
+    // Before the port is open, so that a signal never finds it with other settings.
+    const Tools::StopSignals signals([&talk] {
+        if (talk)
+            talk->Stop();
+    });
+    const NoPipeSignal noPipeSignal;
+    Serial serial(arguments.port.c_str());
+    Open(serial, arguments);
+    Dump dump;
+    SerialTalk::Options options;
+    options.send = bytes;
+    options.count = arguments.count;
+    options.seconds = arguments.seconds;
+    options.baud = static_cast<unsigned>(arguments.baud);
+    options.output = STDOUT_FILENO;
+    options.take = [&dump](std::span<const std::uint8_t> piece) {
+        dump.Print(piece);
+        return std::ferror(stdout) == 0;
+    };
+    options.tellSent = [&bytes] {
+        std::printf("%zu bytes sent\n", bytes.size());
+        std::fflush(stdout);
+    };
+    talk.emplace(serial.GetDeviceHandle(), std::move(options));
+    SerialTalk::Result result = talk->Run();
+    talk.reset(); // before its descriptor is closed
+    if (std::ferror(stdout) != 0 && result.problem.empty())
+        result.problem = "what came cannot be printed";
+    return result;
+}
 
 int WorkSerial(const CommonOptions& options, const Arguments& arguments)
 {
@@ -171,22 +148,16 @@ int WorkSerial(const CommonOptions& options, const Arguments& arguments)
         throw UsageError("'" + arguments.send + "' is not a row of bytes in hexadecimal digits");
     const auto testbed = options.useVirtual ? std::make_unique<Desk::KernelTestbed>() : nullptr;
     const auto displays = testbed ? std::make_unique<VirtualDisplays>(*testbed) : nullptr;
-    LogTap tap;
-    // Before the port is open, so that it is closed, with its old settings, whatever comes.
-    const Tools::StopSignals signals([] { QCoreApplication::exit(ExitCode_Success); });
-    Serial serial(arguments.port.c_str());
-    const int error =
-        serial.Open(arguments.baud, Parities.at(arguments.parity), FlowControls.at(arguments.flow));
-    if (error != 0) {
-        // NOLINTNEXTLINE(concurrency-mt-unsafe): the only thread that asks
-        throw CommandError("cannot open " + arguments.port + ": " + std::strerror(error));
-    }
-    std::printf("%s open: %d baud, parity %s, flow control %s\n", arguments.port.c_str(),
-                arguments.baud, arguments.parity.c_str(), arguments.flow.c_str());
-    const int code = Conversation(serial, tap, *bytes, arguments.count).Run(arguments.seconds);
-    if (!displays)
-        AwaitSending(bytes->size(), static_cast<unsigned>(arguments.baud));
-    return code;
+    const SerialTalk::Result result = Talk(arguments, *bytes);
+    if (std::ferror(stdout) == 0)
+        std::printf("%zu bytes received\n", result.received);
+    std::string problem = result.problem;
+    if (result.unsent > 0)
+        problem += (problem.empty() ? "" : "; ") + std::to_string(result.unsent) + " of " +
+                   std::to_string(bytes->size()) + " bytes were not sent";
+    if (!problem.empty())
+        throw CommandError(arguments.port + ": " + problem);
+    return ExitCode_Success;
 }
 
 template <class Value> std::vector<std::string> GetNames(const std::map<std::string, Value>& map)
@@ -208,8 +179,7 @@ void AddSerialCommand(CLI::App& app, const CommonOptions& options, Action& actio
     command->add_option("port", arguments->port, "Device file, such as /dev/ttyS0")->required();
     command->add_option("--baud", arguments->baud, "Speed")
         ->capture_default_str()
-        ->check(CLI::IsMember(
-            {300, 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200, 230400, 460800}));
+        ->check(CLI::IsMember(Tools::GetLineSpeeds()));
     command->add_option("--parity", arguments->parity, "none, even or odd")
         ->capture_default_str()
         ->check(CLI::IsMember(GetNames(Parities)));
