@@ -17,6 +17,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
+using testing::StartsWith;
 
 /// On a console that has a touch button bar.
 class WingVerbs : public TestSupport::ConsoleBench
@@ -137,10 +138,10 @@ TEST_F(WingVerbs, WhatAWidgetDoesNotHaveIsRefused)
     EXPECT_EQ(Do("widget motor open"), "Vex4ExternalPlayback has no keyboard drawer");
     EXPECT_EQ(Do("widget motor configure 1"), "Vex4ExternalPlayback has no displays to configure");
     EXPECT_EQ(Do("widget expansion configure 256"), "256 is no byte, which is 0 to 255");
-    EXPECT_EQ(Do("wing motor led 70 300 on"),
-              "Vex4ExternalPlayback has no LED of part 70 and master 300");
-    EXPECT_EQ(Do("wing motor motor 200 5"),
-              "Vex4ExternalPlayback has no motor fader of master 200");
+    EXPECT_THAT(Do("wing motor led 70 300 on"),
+                StartsWith("Vex4ExternalPlayback/3 has no LED of part 70 and master 300; "));
+    EXPECT_THAT(Do("wing motor motor 200 5"),
+                StartsWith("Vex4ExternalPlayback/3 has no motor fader of master 200; "));
     EXPECT_THAT(GetEvents("wing Vex4ExternalPlayback/3"), ElementsAre(HasSubstr("attached")));
 }
 

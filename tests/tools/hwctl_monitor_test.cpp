@@ -30,10 +30,10 @@ TEST(HwctlMonitor, PrintsAWholePerformanceAndDropsNothing)
     const auto lines = run.GetLines();
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.back(),
-              "summary: 643 messages, 1083 bytes, 0 frames, 7 wing signals, dropped: none");
-    // Two ports are switched on and off, seven wings, a board and two networks are there, the rest
+              "summary: 643 messages, 1083 bytes, 0 frames, 8 wing signals, dropped: none");
+    // Two ports are switched on and off, eight wings, a board and two networks are there, the rest
     // are messages.
-    EXPECT_EQ(lines.size(), 643U + 4U + 8U + 2U + 1U);
+    EXPECT_EQ(lines.size(), 643U + 4U + 9U + 2U + 1U);
 }
 
 TEST(HwctlMonitor, SaysInWordsWhatComesIn)
@@ -71,7 +71,7 @@ TEST(HwctlMonitor, ReportsWhatNobodyListenedToAsDropped)
     const auto run = Play({"--port", "Show Control"});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_THAT(run.out,
-                HasSubstr("summary: 0 messages, 1083 bytes, 0 frames, 7 wing signals, dropped: 643 "
+                HasSubstr("summary: 0 messages, 1083 bytes, 0 frames, 8 wing signals, dropped: 643 "
                           "messages\n"));
 }
 
@@ -79,7 +79,7 @@ TEST(HwctlMonitor, PrintsJsonObjects)
 {
     const auto run = Play({"--json"});
     const auto lines = run.GetLines();
-    ASSERT_EQ(lines.size(), 658U);
+    ASSERT_EQ(lines.size(), 659U);
     bool found = false;
     for (const std::string& line : lines) {
         const auto json = nlohmann::json::parse(line);
@@ -111,7 +111,7 @@ TEST(HwctlMonitor, EndsWithASummaryOnAnInterrupt)
     const auto run = RunHwctl({"--virtual", "monitor"}, {}, "receiving\n");
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.GetLines().back(),
-              "summary: 0 messages, 0 bytes, 0 frames, 7 wing signals, dropped: none");
+              "summary: 0 messages, 0 bytes, 0 frames, 8 wing signals, dropped: none");
 }
 
 } // namespace

@@ -108,11 +108,56 @@ TEST_F(HwctlWings, LedSetsOneLedASectionOrAll)
               50U);
 }
 
-TEST_F(HwctlWings, LedSaysWhenNothingReachedTheWing)
+TEST_F(HwctlWings, LedWorksAsInTheReadme)
 {
-    const auto run = RunHwctl({"--virtual", "led", "PlaybackWing/291", "on"});
+    const auto run = RunHwctl({"--virtual", "led", "Vex4Pixi/291", "flash"});
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.out, "nothing reached the wing\n");
+    EXPECT_EQ(run.out, "desk pixi: all LEDs set to 2\n");
+}
+
+TEST_F(HwctlWings, WhatCannotReachAWingIsAFailureThatSaysWhy)
+{
+    const struct {
+        std::vector<std::string> arguments;
+        const char* message;
+    } table[] = {
+        {{"led", "PlaybackWing/291", "on"},
+         "PlaybackWing/291 takes LEDs by whole sections only: use --section"},
+        {{"led", "PlaybackWing/291", "on", "--section", "1"},
+         "PlaybackWing/291 has no section 1; section 0 is the only one"},
+        {{"led", "ExpansionWing/2", "on", "--section", "0"},
+         "ExpansionWing/2 has no sections with masters"},
+        {{"led", "Vex4Pixi/291", "on", "--part", "70", "--master", "11"},
+         "Vex4Pixi/291 has no LED of part 70 and master 11; there are parts 54, 70 to 72, 74 with "
+         "masters 1 to 10; parts 150 to 189 with master 65535"},
+        {{"fader", "Vex4Pixi/291", "1", "9"}, "Vex4Pixi/291 has no motor faders"},
+        {{"fader", "Vex4ExternalPlayback/3", "11", "9"},
+         "Vex4ExternalPlayback/3 has no motor fader of master 11; there are masters 1 to 10"},
+        {{"led", "TrackballWidget/6", "on"},
+         "TrackballWidget/6 is not a wing: it has no LEDs, faders or beacon"},
+    };
+    for (const auto& [words, message] : table) {
+        std::vector<std::string> arguments{"--virtual"};
+        arguments.insert(arguments.end(), words.begin(), words.end());
+        const auto run = RunHwctl(arguments);
+        EXPECT_EQ(run.exitCode, 1) << message;
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(run.err, std::string("hwctl: ") + message + "\n");
+    }
+}
+
+TEST_F(HwctlWings, AWingWithoutABeaconIsAFailure)
+{
+    const std::string file = Write(R"([{"model": "ProgrammerWing", "serial": 9}])");
+    const auto run = RunHwctl({"--virtual", "--widgets", file, "beacon", "ProgrammerWing/9"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.err, "hwctl: ProgrammerWing/9 cannot identify itself\n");
+}
+
+TEST_F(HwctlWings, LedWithoutAMasterIsNamedByItsPart)
+{
+    EXPECT_EQ(RunHwctl({"--virtual", "led", "Vex4Pixi/291", "on", "--part", "150"}).out,
+              "desk pixi: LED 50 set to 1\n");
 }
 
 TEST_F(HwctlWings, FaderMovesAMotorFader)

@@ -2,12 +2,12 @@
 
 // What hands do to widgets, and what the application does to wings.
 
-#include <algorithm>
 #include <map>
 #include <stdexcept>
 
 #include "common/widget_script.h"
 #include "common/wing_name.h"
+#include "common/wing_reach.h"
 #include "console/verb.h"
 #include "desk/widget_controls.h"
 #include "hardware/wing_beacon.h"
@@ -39,23 +39,11 @@ unsigned short ToId(const std::string& word)
     return static_cast<unsigned short>(ToInteger(word, 0, HighestId));
 }
 
-/// The application gets no answer from a wing without it.
-void CheckLed(const Hardware::WingModel& model, unsigned short part, unsigned short master)
+/// The application gets no answer about a call that cannot reach a wing; whoever asked does.
+void Refuse(const std::string& problem)
 {
-    if (std::find(model.leds.begin(), model.leds.end(), std::pair(part, master)) ==
-        model.leds.end())
-        throw std::runtime_error(model.name + " has no LED of part " + std::to_string(part) +
-                                 " and master " + std::to_string(master));
-}
-
-void CheckMotor(const Hardware::WingModel& model, unsigned short master)
-{
-    const bool isThere =
-        model.hasMotorFaders && std::any_of(model.faders.begin(), model.faders.end(),
-                                            [&](const auto& ids) { return ids.second == master; });
-    if (!isThere)
-        throw std::runtime_error(model.name + " has no motor fader of master " +
-                                 std::to_string(master));
+    if (!problem.empty())
+        throw std::runtime_error(problem);
 }
 
 void DoHand(Session::Parts& parts, const std::string& path, const std::string& act)
@@ -99,18 +87,20 @@ void DoWing(Session::Parts& parts, const Words& words)
         throw std::runtime_error("the application has no wing '" + words[0] + "'");
     if (verb == "led") {
         CheckCount(words, 5, 5, "wing PATH led PART MASTER off|on|flash|dim");
-        CheckLed(widget.GetModel(), ToId(words[2]), ToId(words[3]));
+        Refuse(Tools::FindLedProblem(key, ToId(words[2]), ToId(words[3])));
         mapper.set_led(key, ToId(words[2]), ToId(words[3]),
                        Choose(Tools::GetLedStates(), words[4]));
     } else if (verb == "leds") {
         CheckCount(words, 3, 3, "wing PATH leds off|on|flash|dim");
+        Refuse(Tools::FindAllLedsProblem(key));
         mapper.set_led_all(key, Choose(Tools::GetLedStates(), words[2]));
     } else if (verb == "motor") {
         CheckCount(words, 4, 4, "wing PATH motor MASTER POSITION");
-        CheckMotor(widget.GetModel(), ToId(words[2]));
+        Refuse(Tools::FindFaderProblem(key, ToId(words[2])));
         mapper.set_fader(key, ToId(words[2]), ToInteger(words[3], 0, Desk::FaderEnd));
     } else if (verb == "beacon") {
         CheckCount(words, 3, 3, "wing PATH beacon all|left|right|centre");
+        Refuse(Tools::FindBeaconProblem(key));
         Hardware::WingBeacon::Get().beacon(key, Choose(Tools::GetWingSections(), words[2]));
     } else if (verb == "refresh") {
         CheckCount(words, 2, 2, "wing PATH refresh");

@@ -25,6 +25,7 @@ std::vector<Desk::WidgetData> ReadWidgets(const std::string& file)
         return {{"PlaybackWing", 291, L"playback"},
                 {"ExpansionWing", 2, L"expansion"},
                 {"Vex4ExternalPlayback", 3, L"motor"},
+                {"Vex4Pixi", 291, L"pixi"},
                 {"Vex4DeskPlayback", 4, L"panel"},
                 {"Vex4DeskProgrammer", 5, L"keyboard"},
                 {"TrackballWidget", 6, L"trackball"},

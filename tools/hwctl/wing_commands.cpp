@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "common/wing_name.h"
+#include "common/wing_reach.h"
 #include "hardware/wing_beacon.h"
 #include "hardware/wing_mapper.h"
 #include "hwctl/command.h"
@@ -27,7 +28,7 @@ struct Arguments {
     std::string wing;
     std::string state = "on";
     unsigned pid = 0;
-    unsigned mid = 0;
+    unsigned mid = 65535;
     int section = 0;
     int position = 0;
     std::string beaconSection = "all";
@@ -42,9 +43,37 @@ template <class Value> std::vector<std::string> GetNames(const std::map<std::str
     return names;
 }
 
+/// What a command does to a wing.
+struct WingWork {
+    std::function<std::string(WidgetKey)> findProblem; ///< why it cannot be done; empty if it can
+    std::function<void(WidgetKey)> act;
+};
+
+/// Ends the command where nothing can be done to the wing: the mapper's slots would say nothing.
+void CheckWing(WidgetKey key, const WingWork& work)
+{
+    const std::string name = Tools::GetWingName(key);
+    WingMapper& mapper = WingMapper::Get();
+    if (!mapper.is_wing_connected(key))
+        throw CommandError(mapper.get_wing(key)
+                               ? name + " is not a wing: it has no LEDs, faders or beacon"
+                               : "wing " + name + " is not attached");
+    if (const std::string problem = work.findProblem(key); !problem.empty())
+        throw CommandError(problem);
+}
+
+/// The mapper between its begin and its end.
+class MapperRun
+{
+public:
+    MapperRun() { WingMapper::Begin(); }
+    ~MapperRun() { WingMapper::End(); }
+    MapperRun(const MapperRun&) = delete;
+    MapperRun& operator=(const MapperRun&) = delete;
+};
+
 /// Begins and ends the mapper around a command, and prints what virtual widgets were made to do.
-int WorkWing(const CommonOptions& options, const Arguments& arguments,
-             const std::function<void(WidgetKey)>& work)
+int WorkWing(const CommonOptions& options, const Arguments& arguments, const WingWork& work)
 {
     const WidgetKey key = ParseArgument(Tools::ParseWingKey, arguments.wing);
     const auto devices =
@@ -56,19 +85,17 @@ int WorkWing(const CommonOptions& options, const Arguments& arguments,
         if (++outputs <= Screenful)
             std::printf("%s: %s\n", event.source.c_str(), event.text.c_str());
     };
-    WingMapper::Begin();
-    const bool isKnown = WingMapper::Get().is_wing_connected(key);
     {
+        const MapperRun mapper;
+        CheckWing(key, work);
         const auto watch =
             devices ? std::make_unique<Tools::DeskWatch>(devices->GetBus(), print) : nullptr;
-        if (isKnown)
-            work(key);
+        work.act(key);
+        if (!WingMapper::Get().is_wing_connected(key))
+            throw CommandError("wing " + arguments.wing + " was removed meanwhile");
     }
-    WingMapper::End();
-    if (!isKnown)
-        throw CommandError("wing " + Tools::GetWingName(key) + " is not attached");
     if (devices && outputs == 0)
-        std::puts("nothing reached the wing");
+        throw CommandError("nothing reached wing " + Tools::GetWingName(key));
     return ExitCode_Success;
 }
 
@@ -83,6 +110,35 @@ CLI::App* AddWingCommand(CLI::App& app, const char* name, const char* text,
     return command;
 }
 
+UmWing::LedState GetState(const Arguments& arguments)
+{
+    return Tools::GetLedStates().at(arguments.state);
+}
+
+WingWork MakeLedWork(const Arguments& arguments)
+{
+    return {[&](WidgetKey key) { return Tools::FindLedProblem(key, arguments.pid, arguments.mid); },
+            [&](WidgetKey key) {
+                WingMapper::Get().set_led(key, static_cast<unsigned short>(arguments.pid),
+                                          static_cast<unsigned short>(arguments.mid),
+                                          GetState(arguments));
+            }};
+}
+
+WingWork MakeLedSectionWork(const Arguments& arguments)
+{
+    return {[&](WidgetKey key) { return Tools::FindLedSectionProblem(key, arguments.section); },
+            [&](WidgetKey key) {
+                WingMapper::Get().set_led_section(key, arguments.section, GetState(arguments));
+            }};
+}
+
+WingWork MakeAllLedsWork(const Arguments& arguments)
+{
+    return {Tools::FindAllLedsProblem,
+            [&](WidgetKey key) { WingMapper::Get().set_led_all(key, GetState(arguments)); }};
+}
+
 void AddLedCommand(CLI::App& app, const CommonOptions& options, Action& action)
 {
     auto arguments = std::make_shared<Arguments>();
@@ -93,7 +149,9 @@ void AddLedCommand(CLI::App& app, const CommonOptions& options, Action& action)
     CLI::Option* const pid =
         command->add_option("--part", arguments->pid, "Part id of one LED; all LEDs if not given")
             ->check(InRange(0U, 65535U));
-    command->add_option("--master", arguments->mid, "Master id of that LED")
+    command
+        ->add_option("--master", arguments->mid,
+                     "Master id of that LED; 65535, for one without a master, if not given")
         ->check(InRange(0U, 65535U))
         ->needs(pid);
     CLI::Option* const section =
@@ -102,17 +160,13 @@ void AddLedCommand(CLI::App& app, const CommonOptions& options, Action& action)
                          "All LEDs of the masters of a section, counted from 0")
             ->excludes(pid);
     command->callback([arguments, pid, section, &options, &action] {
-        action = [arguments, pid, section, &options] {
-            return WorkWing(options, *arguments, [&](WidgetKey key) {
-                const UmWing::LedState state = Tools::GetLedStates().at(arguments->state);
-                if (pid->count() > 0)
-                    WingMapper::Get().set_led(key, static_cast<unsigned short>(arguments->pid),
-                                              static_cast<unsigned short>(arguments->mid), state);
-                else if (section->count() > 0)
-                    WingMapper::Get().set_led_section(key, arguments->section, state);
-                else
-                    WingMapper::Get().set_led_all(key, state);
-            });
+        const bool isOne = pid->count() > 0;
+        const bool isSection = section->count() > 0;
+        action = [arguments, isOne, isSection, &options] {
+            return WorkWing(options, *arguments,
+                            isOne       ? MakeLedWork(*arguments)
+                            : isSection ? MakeLedSectionWork(*arguments)
+                                        : MakeAllLedsWork(*arguments));
         };
     });
 }
@@ -130,10 +184,13 @@ void AddFaderCommand(CLI::App& app, const CommonOptions& options, Action& action
         ->check(InRange(0, 255));
     command->callback([arguments, &options, &action] {
         action = [arguments, &options] {
-            return WorkWing(options, *arguments, [&](WidgetKey key) {
-                WingMapper::Get().set_fader(key, static_cast<unsigned short>(arguments->mid),
-                                            arguments->position);
-            });
+            return WorkWing(
+                options, *arguments,
+                {[&](WidgetKey key) { return Tools::FindFaderProblem(key, arguments->mid); },
+                 [&](WidgetKey key) {
+                     WingMapper::Get().set_fader(key, static_cast<unsigned short>(arguments->mid),
+                                                 arguments->position);
+                 }});
         };
     });
 }
@@ -149,10 +206,11 @@ void AddBeaconCommand(CLI::App& app, const CommonOptions& options, Action& actio
         ->check(CLI::IsMember(GetNames(Tools::GetWingSections())));
     command->callback([arguments, &options, &action] {
         action = [arguments, &options] {
-            return WorkWing(options, *arguments, [&](WidgetKey key) {
-                Hardware::WingBeacon::Get().beacon(
-                    key, Tools::GetWingSections().at(arguments->beaconSection));
-            });
+            return WorkWing(options, *arguments,
+                            {Tools::FindBeaconProblem, [&](WidgetKey key) {
+                                 Hardware::WingBeacon::Get().beacon(
+                                     key, Tools::GetWingSections().at(arguments->beaconSection));
+                             }});
         };
     });
 }
