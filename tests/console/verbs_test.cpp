@@ -164,6 +164,23 @@ TEST_F(MidiVerbs, BytesComeInAndGoOut)
                             HasSubstr("91 3E 40, note on"), HasSubstr("F0 7D 01 F7")));
 }
 
+TEST_F(MidiVerbs, TheStatusGoesOutAgainWhereAReceiverMayNotKnowIt)
+{
+    Expect("send 91 3C 40");
+    Expect("send F0 7D 01 F7");
+    Expect("until midi/sent = 7");
+    Expect("send 91 3D 40");
+    EXPECT_THAT(
+        GetEvents("midi Stage Keys out"),
+        ElementsAre(HasSubstr("91 3C 40"), HasSubstr("F0 7D 01 F7"), HasSubstr("91 3D 40")));
+    Expect("midi Show plug");
+    Expect("output Show");
+    Expect("send 91 3E 40");
+    Expect("send 91 3F 40");
+    EXPECT_THAT(GetEvents("midi Show out"),
+                ElementsAre(HasSubstr("91 3E 40"), HasSubstr(": 3F 40")));
+}
+
 TEST_F(MidiVerbs, PortsAreChosenAndSwitched)
 {
     Expect("midi Show plug");

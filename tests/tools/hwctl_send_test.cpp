@@ -35,6 +35,13 @@ TEST(HwctlSend, SendsSystemExclusiveWhole)
     EXPECT_EQ(Send({"F0 7F 7F 02 01 01 33 F7"}), "Show Control received F0 7F 7F 02 01 01 33 F7\n");
 }
 
+TEST(HwctlSend, SendsTheStatusAgainAfterASystemExclusive)
+{
+    // A receiver ends running status there.
+    EXPECT_EQ(Send({"90 3C 64", "F0 7E F7", "90 3E 64", "90 40 64"}),
+              "Show Control received 90 3C 64 F0 7E F7 90 3E 64 40 64\n");
+}
+
 TEST(HwctlSend, SendsBytesAsTheyAreWhenToldSo)
 {
     EXPECT_EQ(Send({"--buffer", "90 3C", "64"}), "Show Control received 90 3C 64\n");

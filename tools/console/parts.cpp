@@ -227,13 +227,13 @@ void Session::Parts::StartMidi()
         return;
     const std::string& name = desk.GetData().midiPorts.front().name;
     midi.SetInput(Tools::WidenPortName(name));
-    midi.SetOutput(Tools::WidenPortName(name));
+    sender.SetOutput(Tools::WidenPortName(name));
     {
         const std::lock_guard hold(mutex);
         midiState.input = midiState.output = name;
         midiState.isReceiving = midiState.isSending = true;
     }
-    midi.EnableTransmit(true);
+    sender.EnableTransmit(true);
     StartReceiving(name);
 }
 

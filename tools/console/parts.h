@@ -7,6 +7,7 @@
 #include <mutex>
 #include <optional>
 
+#include "common/midi_sender.h"
 #include "console/message_courier.h"
 #include "console/session.h"
 #include "hardware/cd_player.h"
@@ -72,6 +73,7 @@ struct Session::Parts {
     std::optional<MessageCourier> courier; // from the start to the end
     QObject context;
     Hardware::Midi::Device midi;
+    Tools::MidiSender sender{midi};
     Hardware::Timecode::DeviceSim simulator{nullptr};
     CdPlayer player;
     std::optional<Tools::CdWatch> cd;

@@ -127,14 +127,14 @@ void SetOutput(Session::Parts& parts, const Words& words)
     CheckPort(parts, words[0]);
     const bool wasOn = parts.midi.IsTransmitEnabled();
     if (wasOn)
-        parts.midi.EnableTransmit(false);
-    parts.midi.SetOutput(Tools::WidenPortName(words[0]));
+        parts.sender.EnableTransmit(false);
+    parts.sender.SetOutput(Tools::WidenPortName(words[0]));
     {
         const std::lock_guard hold(parts.mutex);
         parts.midiState.output = words[0];
     }
     if (wasOn)
-        parts.midi.EnableTransmit(true);
+        parts.sender.EnableTransmit(true);
 }
 
 void Receive(Session::Parts& parts, const Words& words)
@@ -157,7 +157,7 @@ void Transmit(Session::Parts& parts, const Words& words)
 {
     CheckCount(words, 1, 1, "transmit on|off");
     const bool isOn = ToSwitch(words[0]);
-    parts.midi.EnableTransmit(isOn);
+    parts.sender.EnableTransmit(isOn);
     const std::lock_guard hold(parts.mutex);
     parts.midiState.isSending = isOn;
 }
@@ -166,7 +166,7 @@ void SetRunningStatus(Session::Parts& parts, const Words& words)
 {
     CheckCount(words, 1, 1, "running-status on|off");
     const bool isOn = ToSwitch(words[0]);
-    parts.midi.EnableTxRunningStatus(isOn);
+    parts.sender.EnableRunningStatus(isOn);
     const std::lock_guard hold(parts.mutex);
     parts.midiState.isRunningStatusOn = isOn;
 }
@@ -186,12 +186,12 @@ void Send(Session::Parts& parts, const Words& words)
         // Its result tells nothing of success, so the far end is asked.
         if (!output.empty())
             parts.TakeSent(output, 0);
-        parts.midi.SendShortMessage(*message);
+        parts.sender.SendShortMessage(*message);
         if (output.empty() || !parts.TakeSent(output, ArrivalMilliseconds))
             throw std::runtime_error("the port did not take it");
         return;
     }
-    if (!parts.midi.SendBuffer(bytes.data(), static_cast<unsigned>(bytes.size())))
+    if (!parts.sender.SendBuffer(bytes))
         throw std::runtime_error("the port did not take it");
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "common/hex.h"
+#include "common/midi_sender.h"
 #include "common/midi_text.h"
 #include "common/port_name.h"
 #include "hardware/midi/device.h"
@@ -57,7 +58,7 @@ unsigned Pack(const Bytes& bytes, const std::string& text)
     return message;
 }
 
-void Send(Sender& device, const Arguments& arguments)
+void Send(Sender& device, Tools::MidiSender& sender, const Arguments& arguments)
 {
     for (const std::string& text : arguments.messages) {
         const auto bytes = Tools::ParseHex(text);
@@ -65,9 +66,9 @@ void Send(Sender& device, const Arguments& arguments)
             throw UsageError("'" + text + "' is no list of bytes in hexadecimal");
         // System exclusive is a buffer by nature.
         if (arguments.buffer || bytes->front() == 0xF0)
-            device.SendBuffer(bytes->data(), static_cast<unsigned>(bytes->size()));
+            sender.SendBuffer(*bytes);
         else
-            device.SendShortMessage(Pack(*bytes, text));
+            sender.SendShortMessage(Pack(*bytes, text));
         if (!device.WasSent())
             throw CommandError("MIDI port '" + arguments.port + "' did not take '" + text + "'");
     }
@@ -83,10 +84,11 @@ int RunSend(const CommonOptions& options, const Arguments& arguments)
         throw CommandError("MIDI port '" + arguments.port + "' not found");
 
     Sender device;
-    device.EnableTxRunningStatus(!arguments.noRunningStatus);
-    device.SetOutput(port);
-    device.EnableTransmit(true);
-    Send(device, arguments);
+    Tools::MidiSender sender(device);
+    sender.EnableRunningStatus(!arguments.noRunningStatus);
+    sender.SetOutput(port);
+    sender.EnableTransmit(true);
+    Send(device, sender, arguments);
     if (devices)
         std::printf("%s received %s\n", arguments.port.c_str(),
                     Tools::FormatHex(devices->GetPort(arguments.port).Receive(1000)).c_str());
