@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "watch/network_watch.h"
 
+#include <mutex>
 #include <stdexcept>
 #include <utility>
 
@@ -14,6 +15,18 @@ namespace Tools
 using Os::NetworkAdapter;
 using Os::NetworkAdapterMonitor;
 using Os::Platform;
+
+namespace
+{
+
+bool IsSame(const NetworkAdapter& one, const NetworkAdapter& other)
+{
+    return one.GetName() == other.GetName() && one.GetState() == other.GetState() &&
+           one.GetStatistics().speed == other.GetStatistics().speed &&
+           one.GetHardwareAddress() == other.GetHardwareAddress();
+}
+
+} // namespace
 
 /// One of the console's networks.
 class NetworkWatch::Network final : public NetworkAdapterMonitor::Callback
@@ -34,7 +47,7 @@ public:
         for (const NetworkAdapter& adapter : adapters)
             if (NetworkAdapterMonitor::Get().Register(adapter.GetName(),
                                                       NetworkAdapterMonitor::Event_All, this)) {
-                Report(adapter);
+                ReportFirst(adapter.GetName());
                 return;
             }
         if (!adapters.empty())
@@ -45,10 +58,32 @@ public:
 
     void Changed(const NetworkAdapter& adapter, const NetworkAdapter::State&, int) override
     {
-        Report(adapter);
+        const std::lock_guard hold(m_mutex);
+        const bool isKnown = m_first && IsSame(*m_first, adapter);
+        m_first.reset();
+        m_hasReported = true;
+        // What the first reading has seen already is reported by a change once more.
+        if (!isKnown)
+            Report(adapter);
     }
 
 private:
+    /// Asks only now that changes are reported: what changed between a reading and the registration
+    /// nobody would report.
+    void ReportFirst(const kel::wstring& name)
+    {
+        const std::lock_guard hold(m_mutex);
+        if (m_hasReported)
+            return; // a change that came already
+        NetworkAdapter adapter = NetworkAdapter::ReadSettings(name);
+        // One that is not there has no name of its own.
+        if (adapter.GetName().empty())
+            adapter = NetworkAdapter(name, NetworkAdapter::State_Absent, {}, {});
+        m_first = adapter;
+        Report(adapter);
+    }
+
+    /// The caller holds the mutex, so that no older news comes after newer ones.
     void Report(const NetworkAdapter& adapter) const
     {
         m_take({0, std::string("network ") + GetNetworkName(m_protocol), "Changed",
@@ -57,6 +92,9 @@ private:
 
     const Platform::Protocol m_protocol;
     const EventTaker m_take;
+    std::mutex m_mutex;
+    bool m_hasReported = false;            // a change, guarded by m_mutex
+    std::optional<NetworkAdapter> m_first; // as read at the start, guarded by m_mutex
 };
 
 NetworkWatch::NetworkWatch(const EventTaker& take)
