@@ -26,6 +26,8 @@ namespace Midi = Hardware::Midi;
 constexpr int PlayerCheckMilliseconds = 50;
 /// Looks without a new message before what a finished player sent counts as lost: two seconds.
 constexpr int PatientChecks = 40;
+/// How often what nobody signals is looked for: MIDI ports and the CD drive.
+constexpr int LookMilliseconds = 1000;
 
 bool IsSame(const Frame& left, const Frame& right)
 {
@@ -51,7 +53,8 @@ Monitor::Monitor(const MonitorOptions& options, std::FILE* out)
     : m_options(options), m_printer(options.json, out)
 {
     for (const std::string& port : options.ports)
-        AddPort(port);
+        if (m_ports.try_emplace(port, false).second)
+            AddPort(port);
     unsigned number = 0;
     for (const Tools::TimecodeSource& source : options.sources)
         AddSource(++number, source);
@@ -68,7 +71,7 @@ Monitor::~Monitor()
     StopDevices();
 }
 
-void Monitor::AddPort(const std::string& name)
+Midi::Device& Monitor::AddPort(const std::string& name)
 {
     using Midi::Device;
     auto device = std::make_unique<Device>();
@@ -100,6 +103,7 @@ void Monitor::AddPort(const std::string& name)
     });
     device->SetInput(Tools::WidenPortName(name));
     m_devices.push_back(std::move(device));
+    return *m_devices.back();
 }
 
 void Monitor::AddSource(unsigned number, const Tools::TimecodeSource& source)
@@ -252,6 +256,7 @@ void Monitor::TakeFrame(unsigned number, const Frame& frame, double seconds)
 
 void Monitor::StartDevices()
 {
+    // Named ones are tried from the start; the device looks for its port again and again.
     for (const auto& device : m_devices)
         device->EnableReceive(true);
     for (const auto& [number, source] : m_sources)
@@ -261,11 +266,14 @@ void Monitor::StartDevices()
         m_ltc->Start();
     }
     if (m_networks)
-        m_networks->Start();
+        StartNetworks();
     if (m_networkPlayer)
         m_networkPlayer->Start();
+    if (m_options.midi)
+        LookForPorts(true);
     if (m_cd)
-        m_cd->Start();
+        StartCd();
+    ReportMissing();
     if (m_player)
         m_player->Start();
     if (m_widgetPlayer)
@@ -280,7 +288,7 @@ void Monitor::StopDevices()
         m_player->Stop();
     if (m_networks)
         m_networks->Stop();
-    if (m_cd)
+    if (std::exchange(m_isCdOn, false))
         m_cd->Stop();
     if (m_wings) {
         m_ltc->Stop();
@@ -298,6 +306,8 @@ int Monitor::Run()
 {
     const Tools::StopSignals signals([this] { m_loop.quit(); });
     m_clock.start();
+    QObject::connect(&m_lookTimer, &QTimer::timeout, &m_loop, [this] { LookForDevices(); });
+    m_lookTimer.start(LookMilliseconds);
     m_endTimer.setSingleShot(true);
     QObject::connect(&m_endTimer, &QTimer::timeout, &m_loop, &QEventLoop::quit);
     if (m_options.seconds)
@@ -308,6 +318,7 @@ int Monitor::Run()
     }
     StartDevices();
     m_loop.exec();
+    m_lookTimer.stop();
 
     if (m_player)
         m_player->Stop();

@@ -30,7 +30,9 @@ namespace Hwctl
 
 /// What a monitor run watches and when it ends.
 struct MonitorOptions {
-    std::vector<std::string> ports;             ///< MIDI ports to receive from
+    /// MIDI ports to receive from, whether there or not; all that are there or come where empty.
+    std::vector<std::string> ports;
+    bool midi = false;                          ///< receive from MIDI ports
     std::vector<Tools::TimecodeSource> sources; ///< simulated timecode to run
     bool wings = false;                         ///< watch wings and LTC boards
     bool networks = false;                      ///< watch networks and work the link lights
@@ -43,7 +45,8 @@ struct MonitorOptions {
     bool hideFrames = false; ///< count timecode frames, but print only one a second
 };
 
-/// Receives MIDI and timecode and prints every signal until something ends it.
+/// Receives MIDI and timecode and prints every signal until something ends it. Says what is
+/// missing, and takes it when it comes.
 ///
 /// Signals arrive on the devices' threads; there each becomes a Tools::MonitorEvent, which the
 /// thread of the event loop prints, so that a slow screen never holds up a device.
@@ -82,7 +85,7 @@ private:
         std::size_t dropped = 0;
     };
 
-    void AddPort(const std::string& name);
+    Hardware::Midi::Device& AddPort(const std::string& name);
     void AddSource(unsigned number, const Tools::TimecodeSource& source);
     void AddWings();
     void AddCd();
@@ -95,7 +98,13 @@ private:
     void PostFrame(unsigned number, const Hardware::Timecode::Frame& frame);
     void TakeFrame(unsigned number, const Hardware::Timecode::Frame& frame, double seconds);
     void StartDevices();
+    void StartNetworks();
+    void StartCd();
     void StopDevices();
+    void LookForDevices();
+    void LookForPorts(bool isStart);
+    void ReportPresence(const std::string& source, bool isThere, const std::string& text);
+    void ReportMissing();
     void CheckPlayer();
     bool IsEveryMessageIn() const;
     int Summarize();
@@ -108,6 +117,7 @@ private:
     QEventLoop m_loop;
     QTimer m_endTimer;
     QTimer m_playerTimer;
+    QTimer m_lookTimer;
     MidiPlayer* m_player = nullptr;
     WidgetPlayer* m_widgetPlayer = nullptr;
     NetworkPlayer* m_networkPlayer = nullptr;
@@ -121,6 +131,10 @@ private:
     std::size_t m_frames = 0;
     std::size_t m_wingSignals = 0;
     std::map<std::string, std::int32_t> m_foreignSeconds; // last second printed, by source
+
+    std::map<std::string, bool> m_ports; // by name, whether they are there
+    std::string m_cdProblem;             // why the drive is not watched yet
+    bool m_isCdOn = false;
 
     // Last, so that their threads end before what they report to.
     std::vector<std::unique_ptr<Hardware::Midi::Device>> m_devices;

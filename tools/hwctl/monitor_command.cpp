@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <memory>
 
-#include "common/port_name.h"
 #include "hwctl/command.h"
 #include "hwctl/exit_code.h"
 #include "hwctl/monitor.h"
@@ -31,16 +30,6 @@ struct Arguments {
     double seconds = 0;
     bool json = false;
 };
-
-std::vector<std::string> GetAllPorts()
-{
-    const std::list<std::wstring> ports = Hardware::Midi::Device::GetInputs();
-    std::vector<std::string> names;
-    names.reserve(ports.size());
-    for (const std::wstring& name : ports)
-        names.push_back(Tools::NarrowPortName(name));
-    return names;
-}
 
 std::vector<Tools::TimecodeSource> ParseSources(const std::vector<std::string>& descriptions)
 {
@@ -82,14 +71,12 @@ int RunMonitor(const CommonOptions& common, const Arguments& arguments, bool has
         player = std::make_unique<MidiPlayer>(std::move(recording), port, !arguments.noWait);
     }
 
-    const std::vector<std::string> present = GetAllPorts();
-    options.ports = arguments.ports.empty() ? present : arguments.ports;
+    options.midi = true;
+    options.ports = arguments.ports;
+    // Onto the machine's own desk a port may come later; a virtual one has all that it will have.
     for (const std::string& port : arguments.ports)
-        if (!Contains(present, port.c_str()))
-            throw CommandError("MIDI port '" + port + "' not found");
-    if (options.ports.empty() && options.sources.empty() && !options.cd && !devices)
-        throw CommandError(
-            "nothing to monitor: no MIDI port was found and no timecode is simulated");
+        if (devices)
+            devices->GetPort(port);
     std::unique_ptr<WidgetPlayer> widgetPlayer;
     if (!arguments.work.empty())
         widgetPlayer = std::make_unique<WidgetPlayer>(Tools::WidgetScript::Read(arguments.work),
@@ -128,9 +115,13 @@ void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& acti
         return std::string(options.useVirtual ? "" : "needs --virtual before the command");
     };
     CLI::App* const command = app.add_subcommand(
-        "monitor", "Print every MIDI, timecode, wing and network signal, one line each");
-    command->add_option("-p,--port", arguments->ports,
-                        "MIDI port to receive from; may be repeated; all ports if not given");
+        "monitor",
+        "Print every MIDI, timecode, wing and network signal, one line each, and what is "
+        "missing; take what comes later");
+    command->add_option(
+        "-p,--port", arguments->ports,
+        "MIDI port to receive from, also one that comes later; may be repeated; all "
+        "ports if not given");
     command->add_option("-s,--simulate", arguments->simulate,
                         "Simulated timecode to run beside, as for the simulate command; may be "
                         "repeated");
