@@ -64,8 +64,11 @@ private:
 
     void Follow(double seconds)
     {
-        const std::size_t frames = FollowCd(m_player, seconds, m_printer);
-        m_printer.PrintSummary(std::to_string(frames) + " frames", {{"frames", frames}});
+        const CdFollowResult result = FollowCd(m_player, seconds, m_printer);
+        m_printer.PrintSummary(std::to_string(result.frames) + " frames",
+                               {{"frames", result.frames}});
+        if (!result.problem.empty())
+            throw CommandError(result.problem);
     }
 
     const bool m_json;

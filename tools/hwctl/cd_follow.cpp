@@ -9,6 +9,7 @@
 
 #include "common/stop_signals.h"
 #include "hwctl/event_queue.h"
+#include "watch/cd_facts.h"
 #include "watch/cd_watch.h"
 
 namespace Hwctl
@@ -22,12 +23,12 @@ constexpr std::chrono::milliseconds CheckInterval(250);
 
 } // namespace
 
-std::size_t FollowCd(const CdPlayer& player, double seconds, EventPrinter& printer)
+CdFollowResult FollowCd(const CdPlayer& player, double seconds, EventPrinter& printer)
 {
     QEventLoop loop;
     EventQueue queue;
     QElapsedTimer clock;
-    std::size_t frames = 0;
+    CdFollowResult result;
     clock.start();
     const Tools::StopSignals signals([&loop] { loop.quit(); });
     const auto getSeconds = [&clock] { return static_cast<double>(clock.nsecsElapsed()) / 1e9; };
@@ -35,7 +36,7 @@ std::size_t FollowCd(const CdPlayer& player, double seconds, EventPrinter& print
     Tools::CdWatch watch([](const Tools::MonitorEvent&) {},
                          [&](const Hardware::Timecode::Frame& frame) {
                              queue.Post([&, frame, now = getSeconds()] {
-                                 ++frames;
+                                 ++result.frames;
                                  printer.Print({now,
                                                 Tools::CdSource,
                                                 "frameRead",
@@ -50,8 +51,11 @@ std::size_t FollowCd(const CdPlayer& player, double seconds, EventPrinter& print
                          });
     QTimer check;
     QObject::connect(&check, &QTimer::timeout, &loop, [&] {
-        if (player.GetStatus() == CdPlayer::Status_Stopped)
-            loop.quit();
+        if (player.GetStatus() != CdPlayer::Status_Stopped)
+            return;
+        // A drive or a disc that is gone has stopped for the player as well.
+        result.problem = Tools::FindCdProblem();
+        loop.quit();
     });
     check.start(CheckInterval);
     QTimer end;
@@ -63,7 +67,7 @@ std::size_t FollowCd(const CdPlayer& player, double seconds, EventPrinter& print
     loop.exec();
     watch.Stop();
     queue.Drain();
-    return frames;
+    return result;
 }
 
 } // namespace Hwctl
