@@ -22,7 +22,8 @@ TEST(HwctlBacklight, WorksTheRegistersOfMostModels)
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.err, "");
     EXPECT_THAT(run.out, StartsWith("Console model 7\nVex4Backlight, "));
-    EXPECT_THAT(run.out, HasSubstr("\nleft level 75: done\n"));
+    EXPECT_THAT(run.out, HasSubstr("\nleft level 75: done, the register holds 191 of 255\n"));
+    EXPECT_THAT(run.out, HasSubstr("\ncentre level 100: done, the register holds 127 of 255\n"));
     EXPECT_THAT(run.out, HasSubstr("\nright frequency 44: done\n"));
     EXPECT_THAT(run.out, HasSubstr("\nright frequency: 44\n"));
     EXPECT_THAT(run.out,
@@ -38,6 +39,7 @@ TEST(HwctlBacklight, WorksThePanelsOfModelEight)
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.err, "");
     EXPECT_THAT(run.out, HasSubstr("\nZr4Backlight, "));
+    EXPECT_THAT(run.out, HasSubstr("left level 100: sent, the panel does not answer\n"));
     EXPECT_THAT(run.out, HasSubstr("  left: panel at /dev/ttyS0 has level 255 of 255\n"));
     EXPECT_THAT(run.out, HasSubstr("  right: panel at /dev/ttyS1 has level 127 of 255\n"));
 }
@@ -48,6 +50,7 @@ TEST(HwctlBacklight, WorksTheChipOfModelNine)
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.err, "");
     EXPECT_THAT(run.out, HasSubstr("\nTarnel4Backlight, "));
+    EXPECT_THAT(run.out, HasSubstr("right level 0: done, the chip holds 255 of 255\n"));
     EXPECT_THAT(run.out, HasSubstr("  right: chip holds '255' of 255, 0 for brightest\n"));
 }
 
@@ -56,6 +59,11 @@ TEST(HwctlBacklight, SaysWhichSidesThereAreNot)
     const auto run = RunHwctl({"backlight", "--virtual", "--console", "14", "--left", "20"});
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_THAT(run.out, HasSubstr("left level 20: this console has none, nothing done\n"));
+    const auto frequency =
+        RunHwctl({"backlight", "--virtual", "--console", "14", "--right-frequency", "44"});
+    EXPECT_EQ(frequency.exitCode, 1);
+    EXPECT_THAT(frequency.out,
+                HasSubstr("right frequency 44: this console has none, nothing done\n"));
 }
 
 TEST(HwctlBacklight, LeavesAComputerThatIsNoConsoleAlone)
@@ -63,6 +71,7 @@ TEST(HwctlBacklight, LeavesAComputerThatIsNoConsoleAlone)
     const auto shown = RunHwctl({"backlight"});
     EXPECT_EQ(shown.exitCode, 0);
     EXPECT_THAT(shown.out, StartsWith("Console model 0, no console: registers are left alone\n"));
+    EXPECT_THAT(shown.out, Not(HasSubstr("frequency:")));
     const auto set = RunHwctl({"backlight", "--left", "20"});
     EXPECT_EQ(set.exitCode, 1);
     EXPECT_THAT(set.out, HasSubstr("left level 20: failed\n"));

@@ -110,6 +110,7 @@ TEST_F(HwctlSerialLine, HasItsSettingsBackWhenTheReaderOfTheOutputHasEnded)
 
 TEST_F(HwctlSerialLine, ReportsBytesThatAStoppedLineDidNotTake)
 {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): it works on a descriptor and nothing else
     ASSERT_EQ(tcflow(m_near, TCOOFF), 0);
     const auto run = RunHwctl({"serial", m_path, "--send", "41 42 43", "--for", "0.1"});
     EXPECT_EQ(run.exitCode, 1);

@@ -21,7 +21,6 @@ namespace
 {
 
 using testing::HasSubstr;
-using testing::Not;
 
 typedef std::vector<std::uint8_t> Bytes;
 

@@ -11,6 +11,7 @@
 #include "hardware/console_light_fading.h"
 #include "hardware/console_light_things.h"
 #include "hardware/wing_mapper.h"
+#include "hwctl/command_error.h"
 #include "os/platform.h"
 #include "standalone/light_settings.h"
 #include "standalone/messages.h"
@@ -258,6 +259,17 @@ void LightRun::PrintDevices() const
 double LightRun::GetSeconds() const
 {
     return static_cast<double>(m_clock.nsecsElapsed()) / 1e9;
+}
+
+void CheckLights(LogTap& tap)
+{
+    const std::vector<std::string> failures = tap.TakeFailures();
+    const std::size_t count = tap.CountErrors() + failures.size();
+    if (count == 0)
+        return;
+    const std::string first = failures.empty() ? tap.GetFirstError() : failures.front();
+    throw CommandError("not everything could be set, " + std::to_string(count) +
+                       (count == 1 ? " failure: " : " failures, such as: ") + first);
 }
 
 } // namespace Hwctl

@@ -10,6 +10,7 @@
 #include "common/light_step.h"
 #include "hwctl/event_printer.h"
 #include "hwctl/event_queue.h"
+#include "hwctl/log_tap.h"
 #include "hwctl/virtual_devices.h"
 #include "hwctl/virtual_displays.h"
 
@@ -66,5 +67,8 @@ private:
     bool m_hasDone = false; // changes or bars were printed
     QObject m_context;      // last: no slot runs once it is gone
 };
+
+/// Throws CommandError when, by the log, something could not be set.
+void CheckLights(LogTap& tap);
 
 } // namespace Hwctl

@@ -3,8 +3,10 @@
 #include <memory>
 
 #include "hwctl/command.h"
+#include "hwctl/display_registers.h"
 #include "hwctl/exit_code.h"
 #include "hwctl/light_run.h"
+#include "hwctl/log_tap.h"
 #include "hwctl/settings_file.h"
 
 namespace Hwctl
@@ -18,6 +20,7 @@ struct Arguments {
     std::string settings;
     bool bars = false;
     bool json = false;
+    bool isForced = false;
 };
 
 int RunLights(const CommonOptions& options, const Arguments& arguments)
@@ -40,10 +43,15 @@ int RunLights(const CommonOptions& options, const Arguments& arguments)
     const LightRun::Show show = arguments.json   ? LightRun::Show::Json
                                 : arguments.bars ? LightRun::Show::Bars
                                                  : LightRun::Show::Changes;
-    LightRun run(show, devices.get(), displays.get());
-    if (!steps.empty())
-        run.Run(steps);
-    run.Print();
+    CheckDisplayRegisters(arguments.isForced);
+    LogTap tap(LogTap::Need::WhatThereIs);
+    {
+        LightRun run(show, devices.get(), displays.get());
+        if (!steps.empty())
+            run.Run(steps);
+        run.Print();
+    }
+    CheckLights(tap);
     return ExitCode_Success;
 }
 
@@ -66,6 +74,7 @@ void AddLightsCommand(CLI::App& app, const CommonOptions& options, Action& actio
     CLI::Option* const bars = command->add_flag(
         "--bars", arguments->bars, "Bars of all lights after each wait, in place of changes");
     command->add_flag("--json", arguments->json, "Print JSON, one object a line")->excludes(bars);
+    command->add_flag("--force", arguments->isForced, ForceHelp);
     command->callback([arguments, &options, &action] {
         action = [arguments, &options] { return RunLights(options, *arguments); };
     });

@@ -2,7 +2,6 @@
 #include "hwctl/log_tap.h"
 
 #include <array>
-#include <atomic>
 #include <mutex>
 
 #include "hardware/flatpanel_controller/kontron.h"
@@ -29,9 +28,10 @@ struct LogTap::Private : public Standalone::LogSink {
 
     std::shared_ptr<LogSink> previous;
     std::vector<Tap> taps;
-    std::atomic<bool> sawErrors{false};
     std::mutex mutex;
-    std::vector<std::string> texts; // guarded by mutex
+    std::vector<std::string> texts; // guarded by mutex, as below
+    unsigned errors = 0;
+    std::string firstError;
 
     void Write(const Standalone::LogRecord& record) override;
 };
@@ -39,8 +39,11 @@ struct LogTap::Private : public Standalone::LogSink {
 void LogTap::Private::Write(const Standalone::LogRecord& record)
 {
     bool goesOn = true;
-    if (record.level >= Os::Log::Error)
-        sawErrors = true;
+    if (record.level >= Os::Log::Error) {
+        const std::lock_guard hold(mutex);
+        if (errors++ == 0)
+            firstError = record.text;
+    }
     for (const Tap& tap : taps) {
         if (record.level != Os::Log::Trace || tap.context->GetPath() != record.context)
             continue;
@@ -52,7 +55,7 @@ void LogTap::Private::Write(const Standalone::LogRecord& record)
         previous->Write(record);
 }
 
-LogTap::LogTap() : m_private(std::make_shared<Private>())
+LogTap::LogTap(Need need) : m_private(std::make_shared<Private>())
 {
     m_private->previous = Standalone::SetLogSink(nullptr);
     // Contexts are made on first use; this one use comes to nothing.
@@ -66,7 +69,7 @@ LogTap::LogTap() : m_private(std::make_shared<Private>())
         m_private->taps.push_back(
             {context, context->GetMask(), !context->IsEnabled(Os::Log::Trace)});
         context->SetMask(context->GetMask() | Os::Log::Trace);
-        if (!context->IsEnabled(Os::Log::Trace)) {
+        if (need == Need::Lines && !context->IsEnabled(Os::Log::Trace)) {
             Standalone::SetLogSink(m_private->previous);
             throw CommandError("the log masks hold back the trace lines of " + context->GetPath() +
                                ", which this command needs");
@@ -82,9 +85,16 @@ LogTap::~LogTap()
         tap.context->SetMask(tap.mask);
 }
 
-bool LogTap::SawErrors() const
+unsigned LogTap::CountErrors() const
 {
-    return m_private->sawErrors;
+    const std::lock_guard hold(m_private->mutex);
+    return m_private->errors;
+}
+
+std::string LogTap::GetFirstError() const
+{
+    const std::lock_guard hold(m_private->mutex);
+    return m_private->firstError;
 }
 
 std::vector<std::string> LogTap::Take(const std::string& start)

@@ -14,8 +14,12 @@ namespace Hwctl
 class LogTap
 {
 public:
-    /// Throws CommandError where the log masks hold these lines back.
-    LogTap();
+    enum class Need {
+        Lines,      ///< the command cannot do without them
+        WhatThereIs ///< lines that the log masks hold back are left out
+    };
+    /// Throws CommandError where the log masks hold back lines that are needed.
+    explicit LogTap(Need need = Need::Lines);
     ~LogTap();
     LogTap(const LogTap&) = delete;
     LogTap& operator=(const LogTap&) = delete;
@@ -25,7 +29,10 @@ public:
     /// The same for lines that tell of a failure, whole.
     std::vector<std::string> TakeFailures() { return TakeWhole("Failed to "); }
     /// Lines of any context at the level of errors, which have gone on.
-    bool SawErrors() const;
+    bool SawErrors() const { return CountErrors() != 0; }
+    unsigned CountErrors() const;
+    /// The first of them; empty when there was none.
+    std::string GetFirstError() const;
 
 private:
     struct Private;

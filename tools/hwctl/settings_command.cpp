@@ -6,9 +6,11 @@
 #include "common/light_setting.h"
 #include "gut/message.h"
 #include "hwctl/command.h"
+#include "hwctl/display_registers.h"
 #include "hwctl/event_printer.h"
 #include "hwctl/exit_code.h"
 #include "hwctl/light_run.h"
+#include "hwctl/log_tap.h"
 #include "hwctl/settings_file.h"
 #include "standalone/messages.h"
 
@@ -24,6 +26,7 @@ struct Arguments {
     bool atOnce = false;
     bool show = false;
     bool json = false;
+    bool isForced = false;
 };
 
 /// The words of a message, as they are posted.
@@ -77,10 +80,16 @@ bool ShowLights(const CommonOptions& options, const Arguments& arguments)
         options.useVirtual ? std::make_unique<VirtualDevices>(options.widgetFile) : nullptr;
     static const auto displays =
         devices ? std::make_unique<VirtualDisplays>(devices->GetTestbed()) : nullptr;
-    LightRun run(LightRun::Show::Changes, devices.get(), displays.get());
-    const bool areKept = ChangeSettings(arguments.changes);
-    run.Run({Tools::LightStep::Parse(arguments.atOnce ? "apply" : "change")});
-    run.Print();
+    CheckDisplayRegisters(arguments.isForced);
+    LogTap tap(LogTap::Need::WhatThereIs);
+    bool areKept = false;
+    {
+        LightRun run(LightRun::Show::Changes, devices.get(), displays.get());
+        areKept = ChangeSettings(arguments.changes);
+        run.Run({Tools::LightStep::Parse(arguments.atOnce ? "apply" : "change")});
+        run.Print();
+    }
+    CheckLights(tap);
     return areKept;
 }
 
@@ -141,6 +150,7 @@ void AddSettingsCommand(CLI::App& app, const CommonOptions& options, Action& act
         "--show", arguments->show, "Have the lights follow, and print every level on its way");
     command->add_flag("--json", arguments->json, "Print the settings as one JSON object")
         ->excludes(show);
+    command->add_flag("--force", arguments->isForced, ForceHelp)->needs(show);
     command->callback([arguments, &options, &action] {
         action = [arguments, &options] { return RunSettings(options, *arguments); };
     });

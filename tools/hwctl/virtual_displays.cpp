@@ -5,22 +5,13 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "hwctl/display_registers.h"
+
 namespace Hwctl
 {
 
 namespace
 {
-
-/// Brightness registers; the frequency's stands a little before each.
-struct Side {
-    const char* name;
-    std::uint32_t first;
-    std::uint32_t second;
-};
-constexpr Side Sides[] = {{"left", 0xFE627AFC, 0xF7E27AFC},
-                          {"right", 0xFE127AFC, 0xF7B27AFC},
-                          {"centre", 0xFE327AFC, 0xF7C27AFC}};
-constexpr std::uint32_t FrequencyDistance = 0x14;
 
 std::string DescribePanel(const char* side, const Desk::SerialPort& port,
                           const Desk::FlatPanel& panel)
@@ -46,17 +37,18 @@ VirtualDisplays::VirtualDisplays(Desk::KernelTestbed& testbed)
 std::vector<std::string> VirtualDisplays::DescribeRegisters() const
 {
     std::vector<std::string> lines;
-    for (const Side& side : Sides)
-        for (const std::uint32_t address : {side.first, side.second}) {
+    for (const DisplaySide& side : DisplaySides)
+        for (const std::uint32_t address : side.brightness) {
+            const std::uint32_t frequencyAddress = DisplaySide::GetFrequency(address);
             const std::uint32_t brightness = m_memory.Read(address);
-            const std::uint32_t frequency = m_memory.Read(address - FrequencyDistance);
+            const std::uint32_t frequency = m_memory.Read(frequencyAddress);
             std::array<char, 160> text{};
             std::snprintf(text.data(), text.size(),
                           "%s: register %08x holds %08x, duty cycle %u of 255, %s; frequency "
                           "register %08x holds %08x, field %u",
-                          side.name, address, brightness, brightness >> 8U & 0xFFU,
-                          (brightness & 1U) != 0 ? "on" : "off", address - FrequencyDistance,
-                          frequency, frequency >> 20U & 0xFFU);
+                          side.name, address, brightness, GetDuty(brightness),
+                          IsDutyEnabled(brightness) ? "on" : "off", frequencyAddress, frequency,
+                          GetFrequencyField(frequency));
             lines.emplace_back(text.data());
         }
     return lines;
@@ -78,10 +70,14 @@ std::vector<std::string> VirtualDisplays::DescribeChip() const
 
 std::vector<std::string> VirtualDisplays::Describe(int productType) const
 {
-    if (productType == 8)
+    switch (GetBacklightKind(productType)) {
+    case BacklightKind::Panels:
         return DescribePanels();
-    const bool hasChip = productType >= 9 && productType <= 14 && productType != 11;
-    return hasChip ? DescribeChip() : DescribeRegisters();
+    case BacklightKind::Chip:
+        return DescribeChip();
+    default:
+        return DescribeRegisters();
+    }
 }
 
 Desk::FlatPanel* VirtualDisplays::FindPanel(const std::string& port)
