@@ -165,24 +165,31 @@ TEST_F(SimThreads, OfOtherInstancesAreSilentWhileTheDeviceWaitsForOne)
     EXPECT_EQ(log.CountFrames(), frames);
 }
 
-TEST_F(SimThreads, OfAllInstancesEndSideBySide)
+/// The thread of one instance, in its slot, waits until that of the other has ended.
+void EndTogether(unsigned waiting)
 {
-    device->Create(2);
     std::atomic<bool> inSlot{false};
     std::atomic<bool> hasOtherEnded{false};
-    QObject::connect(device.get(), &Device::frameRead, [&](const Device::Id& id) {
-        if (id.number != 1 || inSlot.exchange(true))
-            return;
-        // Instance 1 is the first to be waited for.
-        hasOtherEnded = WaitUntil([] { return CountSimThreads() == 1; });
-    });
-    device->Start(2);
-    ASSERT_TRUE(WaitUntil([this] { return clock.GetSleeps().size() == 1; }));
-    device->Start(1);
-    ASSERT_TRUE(WaitUntil([&] { return inSlot.load(); }));
-    clock.Release();
-    device.reset();
-    EXPECT_TRUE(hasOtherEnded);
+    {
+        DeviceSim device(nullptr);
+        device.Create(1);
+        device.Create(2);
+        QObject::connect(&device, &Device::frameRead, [&](const Device::Id& id) {
+            if (id.number == waiting && !inSlot.exchange(true))
+                hasOtherEnded = WaitUntil([] { return CountSimThreads() == 1; });
+        });
+        device.Start(3 - waiting);
+        ASSERT_TRUE(WaitUntil([] { return CountSimThreads() == 1; }));
+        device.Start(waiting);
+        ASSERT_TRUE(WaitUntil([&] { return inSlot && CountSimThreads() == 2; }));
+    }
+    EXPECT_TRUE(hasOtherEnded) << waiting;
+}
+
+TEST(SimThreadsOfADevice, EndSideBySide)
+{
+    for (const unsigned waiting : {1U, 2U})
+        EndTogether(waiting);
 }
 
 void StopFromItsOwnThread()
