@@ -187,9 +187,10 @@ void LightSettingsText::Write(const LightSettings& settings)
         if (!isThere)
             added.push_back({text, true, field.name, value, &field});
     }
-    if (!added.empty())
-        m_lines.insert(m_lines.begin() + static_cast<std::ptrdiff_t>(FindPlaceForNew()),
-                       added.begin(), added.end());
+    if (added.empty())
+        return;
+    const auto place = static_cast<std::ptrdiff_t>(FindPlaceForNew()); // may add a line itself
+    m_lines.insert(m_lines.begin() + place, added.begin(), added.end());
 }
 
 /// After the last key of the group General, which is begun where there is none.
