@@ -4,13 +4,13 @@
 #include <linux/ethtool_netlink.h>
 #include <netlink/genl/ctrl.h>
 #include <netlink/genl/genl.h>
-#include <netlink/msg.h>
 #include <netlink/netlink.h>
 #include <sys/epoll.h>
 #include <unistd.h>
 
-#include <array>
 #include <utility>
+
+#include "os/netlink_messages.h"
 
 namespace Standalone
 {
@@ -31,12 +31,6 @@ NetlinkSocket MakeListener(nl_recvmsg_msg_cb_t take, void* self)
     nl_socket_enable_msg_peek(socket.get()); // a message may be longer than the usual buffer
     nl_socket_modify_cb(socket.get(), NL_CB_VALID, NL_CB_CUSTOM, take, self);
     return socket;
-}
-
-/// Puts a link's object into an AdapterLink.
-void ToLink(nl_object* object, void* link)
-{
-    *static_cast<AdapterLink*>(link) = ToAdapterLink(reinterpret_cast<rtnl_link*>(object));
 }
 
 } // namespace
@@ -130,47 +124,25 @@ std::vector<AdapterEvent> NetlinkNews::Take()
 
 int NetlinkNews::TakeLinkMessage(nl_msg* message, void* self)
 {
-    const nlmsghdr* const header = nlmsg_hdr(message);
-    const bool isRemoval = header->nlmsg_type == RTM_DELLINK;
-    if ((header->nlmsg_type != RTM_NEWLINK && !isRemoval) ||
-        header->nlmsg_len < NLMSG_LENGTH(sizeof(ifinfomsg)))
-        return NL_OK;
-    // Others are about an adapter's part in something else: one that leaves a bridge is not gone.
-    if (static_cast<const ifinfomsg*>(nlmsg_data(header))->ifi_family != AF_UNSPEC)
-        return NL_OK;
-    AdapterEvent event;
-    event.kind = isRemoval ? AdapterEvent::Kind::Removed : AdapterEvent::Kind::Changed;
-    if (nl_msg_parse(message, &ToLink, &event.link) == 0)
-        static_cast<NetlinkNews*>(self)->m_events.push_back(std::move(event));
-    else
-        static_cast<NetlinkNews*>(self)->m_hasLost = true;
+    static_cast<NetlinkNews*>(self)->Keep(ReadLinkMessage(message));
     return NL_OK;
 }
 
 int NetlinkNews::TakeSettingsMessage(nl_msg* message, void* self)
 {
-    nlmsghdr* const header = nlmsg_hdr(message);
-    if (header->nlmsg_type != static_cast<NetlinkNews*>(self)->m_settingsFamily ||
-        !genlmsg_valid_hdr(header, 0))
-        return NL_OK;
-    const unsigned command = genlmsg_hdr(header)->cmd;
-    if (command != ETHTOOL_MSG_LINKINFO_NTF && command != ETHTOOL_MSG_LINKMODES_NTF)
-        return NL_OK;
-    // Both begin with the same attribute.
-    static_assert(int{ETHTOOL_A_LINKINFO_HEADER} == int{ETHTOOL_A_LINKMODES_HEADER});
-    std::array<nlattr*, ETHTOOL_A_LINKMODES_HEADER + 1> parts{};
-    std::array<nlattr*, ETHTOOL_A_HEADER_MAX + 1> names{};
-    if (genlmsg_parse(header, 0, parts.data(), ETHTOOL_A_LINKMODES_HEADER, nullptr) < 0 ||
-        !parts[ETHTOOL_A_LINKMODES_HEADER] ||
-        nla_parse_nested(names.data(), ETHTOOL_A_HEADER_MAX, parts[ETHTOOL_A_LINKMODES_HEADER],
-                         nullptr) < 0 ||
-        !names[ETHTOOL_A_HEADER_DEV_INDEX])
-        return NL_OK;
-    AdapterEvent event;
-    event.kind = AdapterEvent::Kind::Settings;
-    event.link.index = static_cast<int>(nla_get_u32(names[ETHTOOL_A_HEADER_DEV_INDEX]));
-    static_cast<NetlinkNews*>(self)->m_events.push_back(std::move(event));
+    auto* const news = static_cast<NetlinkNews*>(self);
+    news->Keep(ReadSettingsMessage(message, news->m_settingsFamily));
     return NL_OK;
+}
+
+void NetlinkNews::Keep(std::optional<AdapterEvent> event)
+{
+    if (!event)
+        return;
+    if (event->kind == AdapterEvent::Kind::Lost)
+        m_hasLost = true;
+    else
+        m_events.push_back(std::move(*event));
 }
 
 } // namespace Standalone

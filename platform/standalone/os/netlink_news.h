@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <memory>
+#include <optional>
+#include <vector>
+
 #include "os/netlink_link.h"
 
 namespace Standalone
@@ -25,6 +29,7 @@ private:
     bool ListenToLinks();
     void ListenToSettings();
     bool Watch(nl_sock* socket) const;
+    void Keep(std::optional<AdapterEvent> event);
     static int TakeLinkMessage(nl_msg* message, void* self);
     static int TakeSettingsMessage(nl_msg* message, void* self);
 

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "os/netlink_source.h"
 
-#include <net/if.h>
-#include <netlink/addr.h>
 #include <netlink/cache.h>
 #include <netlink/errno.h>
 
-#include <array>
+#include <string>
 
 #include "os/link_speed.h"
 #include "os/netlink_link.h"
@@ -39,26 +37,6 @@ void LogNetlinkFailure(const char* what, int error)
 {
     OS_LOG(GetNetworkLogContext(), Os::Log::Error, SourceFile,
            "Failed to " << what << ": " << nl_geterror(error));
-}
-
-AdapterLink ToAdapterLink(rtnl_link* link)
-{
-    // Running is what the kernel calls a link that is up, and not waiting for what lies below it or
-    // for authentication. The carrier alone may come and go without any news.
-    constexpr unsigned Up = IFF_UP | IFF_RUNNING;
-    const char* const name = rtnl_link_get_name(link);
-    AdapterLink result;
-    result.index = rtnl_link_get_ifindex(link);
-    result.name = WidenAdapterName(name ? name : "");
-    result.state = (rtnl_link_get_flags(link) & Up) == Up ? NetworkAdapter::State_Up
-                                                          : NetworkAdapter::State_Down;
-    if (nl_addr* const address = rtnl_link_get_addr(link)) {
-        std::array<char, 128> text{};
-        const std::string digits = nl_addr2str(address, text.data(), text.size());
-        if (digits != "none")
-            result.hardwareAddress.assign(digits.begin(), digits.end());
-    }
-    return result;
 }
 
 std::optional<std::vector<AdapterLink>> NetlinkSource::Enumerate()
