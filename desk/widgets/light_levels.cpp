@@ -14,7 +14,6 @@ namespace
 constexpr std::array<const char*, 9> ChannelNames{
     "LEDs",     "programmer LEDs", "blue desk light", "work light", "white desk light",
     "dimmer 6", "dimmer 7",        "dimmer 8",        "vent light"};
-constexpr std::uint8_t ChannelCount = ChannelNames.size();
 constexpr std::uint8_t WorkLightChannel = 4;
 
 const char* GetName(std::uint8_t channel, const std::string& model)
@@ -28,11 +27,12 @@ const char* GetName(std::uint8_t channel, const std::string& model)
 
 std::vector<LightLevel> GetLightLevels(const VirtualWidget& widget)
 {
+    const Hardware::WingModel& model = widget.GetModel();
     std::vector<LightLevel> levels;
-    for (std::uint8_t channel = 1; channel <= ChannelCount; ++channel)
+    for (const std::uint8_t channel : model.dimmers)
         if (const int level = widget.GetDimmer(channel); level >= 0)
-            levels.push_back({GetName(channel, widget.GetData().model), level});
-    if (const int level = widget.GetLcdBrightness(0); level >= 0)
+            levels.push_back({GetName(channel, model.name), level});
+    if (const int level = widget.GetLcdBrightness(0); level >= 0 && !model.lcds.empty())
         levels.push_back({"displays", level});
     return levels;
 }

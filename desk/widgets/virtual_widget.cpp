@@ -10,6 +10,8 @@
 
 #include "widgets/bus_private.h"
 #include "widgets/drawer_switch.h"
+#include "widgets/signal_queue.h"
+#include "widgets/widget_outputs.h"
 
 namespace Desk
 {
@@ -45,6 +47,21 @@ struct VirtualWidget::Private {
         return Report::Fader{fader, value};
     }
 
+    /// What is remembered of a report beside the outputs. The caller holds the lock.
+    void Note(const Report::Output& report)
+    {
+        log.push_back(report);
+        if (log.size() > LogLimit)
+            log.pop_front();
+        if (const auto* const beacon = std::get_if<Report::Beacon>(&report)) {
+            beacons.push_back(beacon->section);
+            if (beacons.size() > LogLimit)
+                beacons.erase(beacons.begin());
+        }
+        if (const auto* const fader = std::get_if<Report::SetFader>(&report))
+            faders[fader->index] = fader->position;
+    }
+
     const std::weak_ptr<WidgetBus::Private> bus;
     const WidgetData data;
     const Hardware::WingModel& model;
@@ -59,103 +76,14 @@ struct VirtualWidget::Private {
     std::map<std::uint16_t, int> buttons;
     std::map<std::uint16_t, int> faders;
     std::uint32_t configurationVersion = 0;
-    std::map<std::uint16_t, int> leds;
-    std::map<std::uint16_t, int> motorFaders;
-    std::map<std::uint8_t, int> dimmers;
-    std::map<std::uint16_t, int> lcdBrightness;
-    int allLcds = -1;
-    std::map<std::uint16_t, std::u32string> lcdTexts;
-    Report::WriteCells cells;
-    bool isAsleep = false;
-    Report::SetLinkLights linkLights;
+    WidgetOutputs outputs;
     std::vector<std::uint8_t> beacons;
     int openNow = 0;
     int openedEver = 0;
     std::deque<Report::Output> log;
-};
 
-/// What each output does to the widget: a change of state under the lock, then a signal.
-struct VirtualWidget::OutputHandler {
-    VirtualWidget& widget;
-    Private& state;
-
-    template <class Change> void Do(Change change)
-    {
-        const std::lock_guard hold(state.mutex);
-        change();
-    }
-    void operator()(const Report::SetLed& report)
-    {
-        Do([&] { state.leds[report.index] = report.state; });
-        Q_EMIT widget.ledChanged(report.index, report.state);
-    }
-    void operator()(const Report::SetAllLed& report)
-    {
-        Do([&] {
-            for (std::size_t led = 0; led < state.model.leds.size(); ++led)
-                state.leds[static_cast<std::uint16_t>(led)] = report.state;
-        });
-        Q_EMIT widget.allLedsChanged(report.state);
-    }
-    void operator()(const Report::SetDimmer& report)
-    {
-        Do([&] { state.dimmers[report.channel] = report.level; });
-        Q_EMIT widget.dimmerChanged(report.channel, report.level);
-    }
-    void operator()(const Report::SetFader& report)
-    {
-        Do([&] {
-            state.motorFaders[report.index] = report.position;
-            state.faders[report.index] = report.position;
-        });
-        Q_EMIT widget.faderMoved(report.index, report.position);
-    }
-    void operator()(const Report::SetLcdColor& report) { Q_EMIT widget.lcdChanged(report.lcd); }
-    void operator()(const Report::SetLcdBrightness& report)
-    {
-        Do([&] { state.lcdBrightness[report.lcd] = report.brightness; });
-        Q_EMIT widget.lcdChanged(report.lcd);
-    }
-    void operator()(const Report::SetAllLcdBrightness& report)
-    {
-        Do([&] {
-            state.allLcds = report.brightness;
-            state.lcdBrightness.clear();
-        });
-        Q_EMIT widget.allLcdsChanged(report.brightness);
-    }
-    void operator()(const Report::SetLcdText& report)
-    {
-        Do([&] { state.lcdTexts[report.lcd].assign(report.text.begin(), report.text.end()); });
-        Q_EMIT widget.lcdChanged(report.lcd);
-    }
-    void operator()(const Report::SetLcdFlash& report) { Q_EMIT widget.lcdChanged(report.lcd); }
-    void operator()(const Report::SetHash&) {}
-    void operator()(const Report::SetSleep& report)
-    {
-        Do([&] { state.isAsleep = report.sleep != 0; });
-        Q_EMIT widget.sleepChanged(report.sleep != 0);
-    }
-    void operator()(const Report::Beacon& report)
-    {
-        Do([&] {
-            state.beacons.push_back(report.section);
-            if (state.beacons.size() > LogLimit)
-                state.beacons.erase(state.beacons.begin());
-        });
-        Q_EMIT widget.beaconed(report.section);
-    }
-    void operator()(const Report::Refresh&) { widget.ReportAll(); }
-    void operator()(const Report::WriteCells& report)
-    {
-        Do([&] { state.cells = report; });
-        Q_EMIT widget.cellsWritten();
-    }
-    void operator()(const Report::SetLinkLights& report)
-    {
-        Do([&] { state.linkLights = report; });
-        Q_EMIT widget.linkLightsChanged();
-    }
+    /// Signals are put in under the lock, with the change that they report.
+    SignalQueue signals;
 };
 
 VirtualWidget::VirtualWidget(std::weak_ptr<WidgetBus::Private> bus, WidgetData data)
@@ -184,38 +112,34 @@ std::uint32_t VirtualWidget::GetKey() const
 
 void VirtualWidget::Plug()
 {
-    const auto bus = m_private->bus.lock();
-    {
-        const std::lock_guard keepOrder(m_private->order);
-        {
-            const std::lock_guard hold(m_private->mutex);
-            if (std::exchange(m_private->isPlugged, true))
-                return;
-        }
-        if (bus)
-            bus->TellAttached(*this);
-    }
-    if (bus)
-        bus->WaitIfWaiting();
-    Q_EMIT plugged(true);
+    SetPlugged(true);
 }
 
 void VirtualWidget::Unplug()
+{
+    SetPlugged(false);
+}
+
+void VirtualWidget::SetPlugged(bool isPlugged)
 {
     const auto bus = m_private->bus.lock();
     {
         const std::lock_guard keepOrder(m_private->order);
         {
             const std::lock_guard hold(m_private->mutex);
-            if (!std::exchange(m_private->isPlugged, false))
+            if (std::exchange(m_private->isPlugged, isPlugged) == isPlugged)
                 return;
+            m_private->outputs = {}; // what it showed, it showed by its power
+            m_private->signals.Put([this, isPlugged] { Q_EMIT plugged(isPlugged); });
         }
-        if (bus)
+        if (bus && isPlugged)
+            bus->TellAttached(*this);
+        else if (bus)
             bus->TellDetached(*this);
     }
     if (bus)
         bus->WaitIfWaiting();
-    Q_EMIT plugged(false);
+    m_private->signals.Raise();
 }
 
 bool VirtualWidget::IsPlugged() const
@@ -309,7 +233,8 @@ void VirtualWidget::TouchBar(std::int32_t button, bool pressed)
 void VirtualWidget::ChangeLed(std::uint16_t led, std::uint8_t state)
 {
     Act([&](Private& widget) {
-        widget.leds[led] = state;
+        if (widget.isPlugged)
+            widget.outputs.leds[led] = state;
         return Report::LedChange{led, state};
     });
 }
@@ -385,15 +310,17 @@ bool VirtualWidget::Accept(const Report::Bytes& bytes)
     if (!report)
         return false;
     {
+        // Looked at, changed and put in line in one step: no output outlives the widget's power.
         const std::lock_guard hold(m_private->mutex);
         if (!m_private->isPlugged || m_private->isFailing)
             return false;
-        m_private->log.push_back(*report);
-        if (m_private->log.size() > LogLimit)
-            m_private->log.pop_front();
+        m_private->Note(*report);
+        if (auto signal = Apply(*report, m_private->outputs, *this))
+            m_private->signals.Put(std::move(signal));
     }
-    OutputHandler handler{*this, *m_private};
-    std::visit(handler, *report);
+    m_private->signals.Raise();
+    if (std::holds_alternative<Report::Refresh>(*report))
+        ReportAll();
     return true;
 }
 
@@ -408,58 +335,60 @@ void VirtualWidget::CountConnection(int change)
 int VirtualWidget::GetLed(std::uint16_t led) const
 {
     const std::lock_guard hold(m_private->mutex);
-    return GetOr(m_private->leds, led, -1);
+    return GetOr(m_private->outputs.leds, led, -1);
 }
 
 int VirtualWidget::GetFader(std::uint16_t fader) const
 {
     const std::lock_guard hold(m_private->mutex);
-    return GetOr(m_private->motorFaders, fader, -1);
+    return GetOr(m_private->outputs.motorFaders, fader, -1);
 }
 
 int VirtualWidget::GetDimmer(std::uint8_t channel) const
 {
     const std::lock_guard hold(m_private->mutex);
-    return GetOr(m_private->dimmers, channel, -1);
+    return GetOr(m_private->outputs.dimmers, channel, -1);
 }
 
 int VirtualWidget::GetLcdBrightness(std::uint16_t lcd) const
 {
     const std::lock_guard hold(m_private->mutex);
-    return GetOr(m_private->lcdBrightness, lcd, m_private->allLcds);
+    return GetOr(m_private->outputs.lcdBrightness, lcd, m_private->outputs.allLcds);
 }
 
 std::u32string VirtualWidget::GetLcdText(std::uint16_t lcd) const
 {
     const std::lock_guard hold(m_private->mutex);
-    const auto found = m_private->lcdTexts.find(lcd);
-    return found == m_private->lcdTexts.end() ? std::u32string() : found->second;
+    const auto found = m_private->outputs.lcdTexts.find(lcd);
+    return found == m_private->outputs.lcdTexts.end() ? std::u32string() : found->second;
 }
 
 std::uint32_t VirtualWidget::GetCell(unsigned display, unsigned cell) const
 {
     const std::lock_guard hold(m_private->mutex);
     const std::size_t place = std::size_t{display} * CellsPerDisplay + cell;
-    return place < m_private->cells.cells.size() ? m_private->cells.cells[place] : 0;
+    return place < m_private->outputs.cells.cells.size() ? m_private->outputs.cells.cells[place]
+                                                         : 0;
 }
 
 std::uint8_t VirtualWidget::GetSurface(unsigned display) const
 {
     const std::lock_guard hold(m_private->mutex);
-    return display < m_private->cells.surfaces.size() ? m_private->cells.surfaces[display]
-                                                      : std::uint8_t{0};
+    return display < m_private->outputs.cells.surfaces.size()
+               ? m_private->outputs.cells.surfaces[display]
+               : std::uint8_t{0};
 }
 
 bool VirtualWidget::IsAsleep() const
 {
     const std::lock_guard hold(m_private->mutex);
-    return m_private->isAsleep;
+    return m_private->outputs.isAsleep;
 }
 
 Report::SetLinkLights VirtualWidget::GetLinkLights() const
 {
     const std::lock_guard hold(m_private->mutex);
-    return m_private->linkLights;
+    return m_private->outputs.linkLights;
 }
 
 std::vector<std::uint8_t> VirtualWidget::GetBeacons() const

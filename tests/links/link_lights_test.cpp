@@ -117,9 +117,14 @@ TEST_F(LinkLightsTest, OnlyALinkThatIsUpIsActive)
     EXPECT_EQ(GetLights(board), "0011");
     m_network.Add({L"vex0", true, 100000000});
     EXPECT_EQ(GetLights(board), "1011");
+    m_network.SetDown(L"fix0");
     m_network.Rename(L"fix0", L"other");
+    m_network.SetUp(L"other");
     EXPECT_EQ(GetLights(board), "1000");
+    m_network.SetDown(L"other");
     m_network.Rename(L"other", L"fix0");
+    EXPECT_EQ(GetLights(board), "1000");
+    m_network.SetUp(L"fix0");
     EXPECT_EQ(GetLights(board), "1011");
 }
 
@@ -230,10 +235,11 @@ TEST_F(LinkLightsTest, OnceStoppedTheyAreNotStartedAgain)
     LinkLights::Get().Stop();
     EXPECT_TRUE(LinkLights::Get().Start());
     m_network.SetDown(L"vex0");
+    EXPECT_EQ(GetLights(board), "1111");
     board.Unplug();
     board.Plug();
     Standalone::DeliverMessages();
-    EXPECT_EQ(GetLights(board), "1111");
+    EXPECT_EQ(GetLights(board), "0000"); // dark, as it was plugged
     EXPECT_TRUE(
         TestSupport::WaitUntil([] { return TestSupport::FindThreads("Network Monitor").empty(); }));
 }

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "desk/virtual_widget.h"
 #include "desk/widget_bus.h"
 #include "widget/um_widget.h"
@@ -92,6 +94,32 @@ TEST_F(VirtualWidgetSignals, ComeAfterTheChange)
     Take(Report::SetLed{3, 2});
     Take(Report::SetSleep{1});
     EXPECT_THAT(logged, ElementsAre(1u, 2u));
+}
+
+TEST_F(VirtualWidgetSignals, ComeInTheOrderOfTheChanges)
+{
+    std::vector<int> states;
+    QObject::connect(&widget, &VirtualWidget::ledChanged, [&](unsigned short, unsigned char state) {
+        if (state == 1) // another thread sets the LED while this signal is on its way
+            std::thread([&] { Take(Report::SetLed{3, 2}); }).join();
+        states.push_back(state);
+    });
+    Take(Report::SetLed{3, 1});
+    EXPECT_THAT(states, ElementsAre(1, 2));
+    EXPECT_EQ(widget.GetLed(3), 2);
+}
+
+TEST_F(VirtualWidgetSignals, OfThePlugNeverEndOnWhatDoesNotHold)
+{
+    std::vector<bool> plugs;
+    QObject::connect(&widget, &VirtualWidget::plugged, [&](bool isPlugged) {
+        if (!isPlugged)
+            std::thread([&] { widget.Plug(); }).join();
+        plugs.push_back(isPlugged);
+    });
+    widget.Unplug();
+    EXPECT_THAT(plugs, ElementsAre(false, true));
+    EXPECT_TRUE(widget.IsPlugged());
 }
 
 TEST_F(VirtualWidgetSignals, SayNothingOfAHashOrARefresh)

@@ -135,6 +135,43 @@ TEST_F(VirtualWidgetOutput, IsRefusedWhileUnpluggedOrFailing)
     EXPECT_TRUE(Take(Report::SetSleep{1}));
 }
 
+TEST_F(VirtualWidgetOutput, IsGoneWithThePower)
+{
+    Take(Report::SetAllLed{1});
+    Take(Report::SetFader{2, 200});
+    Take(Report::SetDimmer{1, 255});
+    Take(Report::SetAllLcdBrightness{99});
+    Take(Report::SetLcdBrightness{3, 98});
+    Take(Report::SetLcdText{4, {'a'}});
+    Take(Report::WriteCells{{5}, {6}});
+    Take(Report::SetLinkLights{1, 1, 1, 1});
+    Take(Report::SetSleep{1});
+    for (const bool isPlugged : {false, true}) {
+        if (isPlugged)
+            widget.Plug();
+        else
+            widget.Unplug();
+        EXPECT_EQ(widget.GetLed(0), -1);
+        EXPECT_EQ(widget.GetFader(2), -1);
+        EXPECT_EQ(widget.GetDimmer(1), -1);
+        EXPECT_EQ(widget.GetLcdBrightness(0), -1);
+        EXPECT_EQ(widget.GetLcdBrightness(3), -1);
+        EXPECT_EQ(widget.GetLcdText(4), U"");
+        EXPECT_EQ(widget.GetCell(0, 0), 0u);
+        EXPECT_EQ(widget.GetSurface(0), 0);
+        EXPECT_EQ(widget.GetLinkLights(), Report::SetLinkLights{});
+        EXPECT_FALSE(widget.IsAsleep());
+    }
+}
+
+TEST_F(VirtualWidgetOutput, IsNotMadeByAWidgetWithoutPower)
+{
+    widget.Unplug();
+    widget.ChangeLed(1, 1);
+    widget.Plug();
+    EXPECT_EQ(widget.GetLed(1), -1);
+}
+
 TEST_F(VirtualWidgetOutput, IsForgottenWhenAsked)
 {
     Take(Report::Beacon{2});

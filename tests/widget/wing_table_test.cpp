@@ -100,6 +100,24 @@ TEST(WingTable, GivesNoNumberTwice)
             EXPECT_EQ(std::set(map->begin(), map->end()).size(), map->size()) << model.name;
 }
 
+TEST(WingTable, GivesLampsOfTheDeskToItsPanelsOnly)
+{
+    using testing::AnyOf;
+    using testing::ElementsAre;
+    for (const Hardware::WingModel& model : GetWingModels()) {
+        const auto& lights = model.dimmers;
+        if (model.isFrontPanel)
+            EXPECT_THAT(lights,
+                        AnyOf(ElementsAre(1, 3, 4, 5, 9), ElementsAre(1, 3, 4, 5, 6, 7, 8, 9)))
+                << model.name;
+        else
+            EXPECT_THAT(lights, AnyOf(ElementsAre(), ElementsAre(1, 4), ElementsAre(1, 2, 4)))
+                << model.name;
+        EXPECT_EQ(testing::Value(lights, testing::Contains(2)), model.name == "ProgrammerWing");
+        EXPECT_EQ(testing::Value(lights, testing::Contains(6)), model.name == "Vex4DeskProgrammer");
+    }
+}
+
 TEST(WingTable, LeavesNoIndexAsItIs)
 {
     for (const Hardware::WingModel& model : GetWingModels()) {

@@ -15,8 +15,8 @@ struct LightLevel {
     int level;        ///< 0 to 255
 };
 
-/// The lights of a widget that were set since it was plugged, channel by channel, then its small
-/// displays. A widget that nobody lit has none.
+/// The lights that the widget's model has and that were set since it was plugged, channel by
+/// channel, then its small displays. A widget that nobody lit has none.
 std::vector<LightLevel> GetLightLevels(const VirtualWidget& widget);
 
 } // namespace Desk

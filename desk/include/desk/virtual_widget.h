@@ -16,8 +16,10 @@ namespace Desk
 
 /// One widget of a bus: verbs that a hand would do to it, and what the driver did to it.
 ///
-/// Any thread may call any operation. Signals are raised on the thread that made the output, with
-/// no lock held.
+/// Any thread may call any operation. Signals are raised in the order of the changes that they
+/// report, one at a time, with no lock held: on the thread that made the output or plugged, or,
+/// while another call is raising signals of the same widget, by that call. So the last signal of a
+/// kind reports what holds.
 class VirtualWidget : public QObject
 {
     Q_OBJECT
@@ -31,9 +33,10 @@ public:
     /// The key that the driver's factory gives it; all bits set when it has none.
     std::uint32_t GetKey() const;
 
-    /// Plugs it in. Plugged twice it is plugged once.
+    /// Plugs it in, dark: nothing is set. Plugged twice it is plugged once.
     void Plug();
-    /// Pulls it out. What it reported before is delivered before.
+    /// Pulls it out. What it reported before is delivered before. What the driver set is gone with
+    /// the widget's power; where its faders stand is not.
     void Unplug();
     bool IsPlugged() const;
 
@@ -65,10 +68,12 @@ public:
     void SetFailing(bool failing);
     bool IsFailing() const;
 
-    // What the driver did. Positions and levels are -1 until set.
+    // What the driver did since the widget was plugged. Positions and levels are -1 until set.
 
     int GetLed(std::uint16_t led) const;
     int GetFader(std::uint16_t fader) const;
+    /// Level that was sent to a channel, whether or not the model has a light there: see
+    /// GetLightLevels().
     int GetDimmer(std::uint8_t channel) const;
     /// Brightness of one small display, also when all were set at once.
     int GetLcdBrightness(std::uint16_t lcd) const;
@@ -109,8 +114,8 @@ Q_SIGNALS:
 
 private:
     struct Private;
-    struct OutputHandler;
 
+    void SetPlugged(bool isPlugged);
     template <class Change> void Act(Change change);
     void Tell(const Standalone::Report::Bytes& bytes);
     void MoveDrawer(bool open);

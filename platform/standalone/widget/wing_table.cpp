@@ -84,6 +84,8 @@ WingModel ReadModel(const QJsonObject& row)
     model.hasMotorFaders = row["motorFaders"].toBool();
     model.encoders = ReadMap(row["encoders"]);
     model.lcds = ReadMap(row["lcds"]);
+    for (const QJsonValue channel : row["dimmers"].toArray())
+        model.dimmers.push_back(static_cast<unsigned char>(channel.toInt()));
     return model;
 }
 

@@ -32,6 +32,8 @@ struct WingModel {
     bool hasMotorFaders = false; ///< all of its faders have a motor, or none
     Map encoders;
     Map lcds; ///< small displays
+    /// Dimmer channels that have a light; the wing ignores levels for all others.
+    std::vector<unsigned char> dimmers;
 };
 
 } // namespace Hardware
