@@ -39,6 +39,10 @@ KernelTestbed::KernelTestbed() : m_private(new Private{})
     m_private->refuseMap = Find<DeskRefuseMap>("desk_refuse_map");
     m_private->setLine = Find<DeskSetLine>("desk_set_line");
     m_private->getLine = Find<DeskGetLine>("desk_get_line");
+    m_private->limitLine = Find<DeskLimitLine>("desk_limit_line");
+    m_private->stallLine = Find<DeskStallLine>("desk_stall_line");
+    m_private->resumeLine = Find<DeskResumeLine>("desk_resume_line");
+    m_private->setPages = Find<DeskSetPages>("desk_set_pages");
     std::filesystem::create_directories(GetPathOf("/dev"));
     m_private->hideMachine(m_private->root.c_str());
 }

@@ -5,9 +5,12 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <set>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
+#include "desk/display_registers.h"
 #include "kernel/faulty_device.h"
 
 namespace Desk
@@ -19,24 +22,43 @@ namespace
 constexpr char Path[] = "/dev/mem";
 constexpr off_t Size = off_t{1} << 32U;
 constexpr std::uint32_t PageMask = 4095;
+/// Where there is nothing, nobody answers.
+constexpr std::uint32_t Nothing = 0xFFFFFFFF;
 
 } // namespace
 
 struct PhysicalMemory::Private {
     explicit Private(KernelTestbed& testbed)
-        : device(testbed), refuseMap(testbed.GetPrivate().refuseMap), file(testbed.GetPathOf(Path))
+        : device(testbed), refuseMap(testbed.GetPrivate().refuseMap),
+          setPages(testbed.GetPrivate().setPages), file(testbed.GetPathOf(Path))
     {
         device.Name(Path);
     }
 
+    /// Whether there is anything behind the page of an address.
+    bool IsPresent(std::uint32_t address) const { return pages.contains(address & ~PageMask); }
+
+    /// Has the library know the pages.
+    void TellPages() const
+    {
+        const std::vector<unsigned long> list(pages.begin(), pages.end());
+        setPages(device.GetHandle(), list.data(), static_cast<int>(list.size()));
+    }
+
     FaultyDevice device;
     DeskRefuseMap* refuseMap;
+    DeskSetPages* setPages;
     const std::string file;
-    int memory = -1; // the file, by the name that only the desk knows
+    int memory = -1;               // the file, by the name that only the desk knows
+    std::set<std::uint32_t> pages; // by their first addresses
 };
 
 PhysicalMemory::PhysicalMemory(KernelTestbed& testbed) : m_private(new Private(testbed))
 {
+    for (const DisplaySide& side : DisplaySides)
+        for (const std::uint32_t address : side.brightness)
+            m_private->pages.insert(address & ~PageMask);
+    m_private->TellPages();
     Appear();
 }
 
@@ -48,6 +70,8 @@ PhysicalMemory::~PhysicalMemory()
 
 std::uint32_t PhysicalMemory::Read(std::uint32_t address) const
 {
+    if (!m_private->IsPresent(address))
+        return Nothing;
     std::uint32_t word = 0;
     if (pread(m_private->memory, &word, sizeof word, address) != sizeof word)
         throw std::runtime_error("virtual memory cannot be read");
@@ -56,8 +80,21 @@ std::uint32_t PhysicalMemory::Read(std::uint32_t address) const
 
 void PhysicalMemory::Write(std::uint32_t address, std::uint32_t word)
 {
+    if (!m_private->IsPresent(address))
+        return;
     if (pwrite(m_private->memory, &word, sizeof word, address) != sizeof word)
         throw std::runtime_error("virtual memory cannot be written");
+}
+
+void PhysicalMemory::SetPresent(std::uint32_t address, bool isPresent)
+{
+    if (!isPresent)
+        m_private->pages.erase(address & ~PageMask);
+    else if (m_private->pages.size() < DeskPageLimit || m_private->IsPresent(address))
+        m_private->pages.insert(address & ~PageMask);
+    else
+        throw std::invalid_argument("too many pages of the virtual memory have something there");
+    m_private->TellPages();
 }
 
 void PhysicalMemory::Vanish()

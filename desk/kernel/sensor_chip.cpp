@@ -22,6 +22,7 @@ struct SensorChip::Private {
     explicit Private(KernelTestbed& testbed) : device(testbed), file(testbed.GetPathOf(Path))
     {
         device.Name(Path);
+        device.Change([](DeskDeviceFaults& faults) { faults.takesNumber = 1; });
     }
 
     FaultyDevice device;

@@ -5,9 +5,11 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <condition_variable>
+#include <limits>
 #include <mutex>
 #include <stdexcept>
 
@@ -21,46 +23,19 @@ namespace Desk
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-struct SerialPort::Private {
-    Private(KernelTestbed& itsTestbed, std::string itsPath)
-        : testbed(itsTestbed), path(std::move(itsPath)), device(itsTestbed),
-          leaveEvent(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)),
-          wakeEvent(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
-    {
-        if (leaveEvent == -1 || wakeEvent == -1)
-            throw std::runtime_error("no event for a virtual serial port");
-    }
-    ~Private()
-    {
-        close(leaveEvent);
-        close(wakeEvent);
-    }
-    Private(const Private&) = delete;
-    Private& operator=(const Private&) = delete;
-
-    KernelTestbed& testbed;
-    const std::string path;
-    FaultyDevice device;
-    Terminal terminal;
-    const int leaveEvent; // while leaving
-    const int wakeEvent;  // while woken
-
-    mutable std::mutex mutex;
-    std::condition_variable changed;
-    bool plugged = false; // guarded by mutex, as all below
-    bool leaving = false; // the plug is being pulled: nobody begins to use the terminal
-    bool woken = false;   // the next Receive() returns
-    int users = 0;        // of the terminal, without the lock
-
-    bool Wait(short events, milliseconds limit, int event = -1) const;
-    bool Enter(milliseconds limit);
-    void Leave();
-    void ClearWake();
-    void SetLine(const LineSettings& settings);
-};
-
 namespace
 {
+
+static_assert(SerialPort::BufferSize == DeskLineBuffer);
+
+/// Of the clock that a board's own port has, 1.8432 MHz by 16. An adapter's at USB is faster.
+constexpr long FastestUartSpeed = 115200;
+
+/// Whether it is a board's own port, by its name.
+bool IsUart(const std::string& path)
+{
+    return path.starts_with("/dev/ttyS");
+}
 
 void Raise(int event)
 {
@@ -76,13 +51,102 @@ void Clear(int event)
 
 } // namespace
 
+struct SerialPort::Private {
+    Private(KernelTestbed& itsTestbed, std::string itsPath)
+        : testbed(itsTestbed), path(std::move(itsPath)), device(itsTestbed),
+          leaveEvent(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)),
+          wakeEvent(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)),
+          arrivedEvent(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
+    {
+        if (leaveEvent == -1 || wakeEvent == -1 || arrivedEvent == -1)
+            throw std::runtime_error("no event for a virtual serial port");
+    }
+    ~Private()
+    {
+        close(leaveEvent);
+        close(wakeEvent);
+        close(arrivedEvent);
+    }
+    Private(const Private&) = delete;
+    Private& operator=(const Private&) = delete;
+
+    KernelTestbed& testbed;
+    const std::string path;
+    FaultyDevice device;
+    Terminal terminal;
+    const int leaveEvent;   // while leaving
+    const int wakeEvent;    // while woken
+    const int arrivedEvent; // while bytes have arrived beside the terminal
+
+    /// Held while bytes are taken from the terminal; taken after the other.
+    std::mutex reading;
+    std::vector<std::uint8_t> arrived; // ahead of what the terminal holds
+
+    mutable std::mutex mutex;
+    std::condition_variable changed;
+    bool plugged = false; // guarded by mutex, as all below
+    bool leaving = false; // the plug is being pulled: nobody begins to use the terminal
+    bool woken = false;   // the next Receive() returns
+    int users = 0;        // of the terminal, without the lock
+
+    bool Wait(short events, milliseconds limit, int event = -1) const;
+    bool Enter(milliseconds limit);
+    void Leave();
+    void ClearWake();
+    std::vector<std::uint8_t> Take(std::size_t most);
+    void TakeAll(std::size_t most);
+    void Resume();
+    void SetLine(const LineSettings& settings);
+};
+
 /// Whether the far end is ready within the limit, with nobody leaving, nor @p event raised.
 bool SerialPort::Private::Wait(short events, milliseconds limit, int event) const
 {
-    std::array<pollfd, 3> waiting{
-        {{terminal.GetFarEnd(), events, 0}, {leaveEvent, POLLIN, 0}, {event, POLLIN, 0}}};
+    std::array<pollfd, 4> waiting{{{terminal.GetFarEnd(), events, 0},
+                                   {leaveEvent, POLLIN, 0},
+                                   {event, POLLIN, 0},
+                                   {events == POLLIN ? arrivedEvent : -1, POLLIN, 0}}};
     poll(waiting.data(), waiting.size(), static_cast<int>(limit.count()));
-    return (waiting[0].revents & events) != 0;
+    return (waiting[0].revents & events) != 0 || waiting[3].revents != 0;
+}
+
+/// Takes bytes that came over the line, without waiting. While the terminal is in use.
+std::vector<std::uint8_t> SerialPort::Private::Take(std::size_t most)
+{
+    const std::lock_guard hold(reading);
+    TakeAll(most);
+    const auto end = arrived.begin() + static_cast<std::ptrdiff_t>(std::min(most, arrived.size()));
+    std::vector<std::uint8_t> bytes(arrived.begin(), end);
+    arrived.erase(arrived.begin(), end);
+    if (arrived.empty())
+        Clear(arrivedEvent);
+    return bytes;
+}
+
+/// Takes what the terminal holds, until there are so many. The caller holds the lock for reading.
+void SerialPort::Private::TakeAll(std::size_t most)
+{
+    std::array<std::uint8_t, 4096> piece{};
+    while (arrived.size() < most) {
+        const std::size_t wanted = std::min(most - arrived.size(), piece.size());
+        const ssize_t length = read(terminal.GetFarEnd(), piece.data(), wanted);
+        if (length <= 0)
+            return;
+        arrived.insert(arrived.end(), piece.begin(), piece.begin() + length);
+    }
+}
+
+/// While the terminal is in use.
+void SerialPort::Private::Resume()
+{
+    const std::lock_guard hold(reading);
+    TakeAll(std::numeric_limits<std::size_t>::max()); // written before the line stalled
+    std::array<char, DeskLineBuffer> buffer{};
+    const long count =
+        testbed.GetPrivate().resumeLine(device.GetHandle(), terminal.GetNearEnd(), buffer.data());
+    arrived.insert(arrived.end(), buffer.begin(), buffer.begin() + count);
+    if (!arrived.empty())
+        Raise(arrivedEvent);
 }
 
 /// Begins a use of the terminal, which keeps it from being closed; waits for the plug.
@@ -179,6 +243,10 @@ LineSettings SerialPort::GetSettings() const
 
 void SerialPort::SetSettings(const LineSettings& settings)
 {
+    if (IsUart(m_private->path) && settings.baud > FastestUartSpeed)
+        throw std::invalid_argument(m_private->path + " has at most " +
+                                    std::to_string(FastestUartSpeed) + " baud, not " +
+                                    std::to_string(settings.baud));
     const Use use(*m_private);
     if (!use)
         return;
@@ -204,12 +272,8 @@ std::vector<std::uint8_t> SerialPort::Receive(unsigned limit)
 {
     std::vector<std::uint8_t> bytes;
     const Use use(*m_private, milliseconds(limit));
-    if (use && m_private->Wait(POLLIN, milliseconds(limit), m_private->wakeEvent)) {
-        std::array<std::uint8_t, 4096> piece{};
-        ssize_t length = 0;
-        while ((length = read(m_private->terminal.GetFarEnd(), piece.data(), piece.size())) > 0)
-            bytes.insert(bytes.end(), piece.begin(), piece.begin() + length);
-    }
+    if (use && m_private->Wait(POLLIN, milliseconds(limit), m_private->wakeEvent))
+        bytes = m_private->Take(std::numeric_limits<std::size_t>::max());
     // What woke this one is done with; a wake that comes with bytes waits for the next.
     if (bytes.empty())
         m_private->ClearWake();
@@ -224,10 +288,10 @@ std::vector<std::uint8_t> SerialPort::ReceiveCount(std::size_t count)
         const Use use(*m_private, milliseconds(100));
         if (!use)
             continue;
-        std::uint8_t byte = 0;
-        if (m_private->Wait(POLLIN, milliseconds(100)) &&
-            read(m_private->terminal.GetFarEnd(), &byte, 1) == 1)
-            bytes.push_back(byte);
+        if (!m_private->Wait(POLLIN, milliseconds(100)))
+            continue;
+        const auto piece = m_private->Take(count - bytes.size());
+        bytes.insert(bytes.end(), piece.begin(), piece.end());
     }
     return bytes;
 }
@@ -260,7 +324,14 @@ void SerialPort::Plug()
     if (m_private->plugged)
         return;
     Clear(m_private->leaveEvent);
+    {
+        const std::lock_guard holdReading(m_private->reading);
+        Clear(m_private->arrivedEvent);
+        m_private->arrived.clear();
+    }
     m_private->device.Name(m_private->path);
+    if (IsUart(m_private->path))
+        m_private->testbed.GetPrivate().limitLine(m_private->device.GetHandle(), FastestUartSpeed);
     m_private->terminal.Open(m_private->testbed, m_private->path, [this] {
         // Before anybody can open it by its name.
         m_private->SetLine(LineSettings());
@@ -279,22 +350,21 @@ void SerialPort::RefuseReads(int error)
     m_private->device.Change([error](DeskDeviceFaults& faults) { faults.readError = error; });
 }
 
-void SerialPort::Stall()
+void SerialPort::Stall(std::size_t room)
 {
     const Use use(*m_private);
     if (!use)
         return;
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): it works on a descriptor and nothing else
-    tcflow(m_private->terminal.GetNearEnd(), TCOOFF);
+    const std::size_t taken = std::min(room, BufferSize);
+    m_private->testbed.GetPrivate().stallLine(
+        m_private->device.GetHandle(), m_private->terminal.GetNearEnd(), static_cast<long>(taken));
 }
 
 void SerialPort::Resume()
 {
     const Use use(*m_private);
-    if (!use)
-        return;
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): it works on a descriptor and nothing else
-    tcflow(m_private->terminal.GetNearEnd(), TCOON);
+    if (use)
+        m_private->Resume();
 }
 
 void SerialPort::SetDelay(unsigned microseconds)

@@ -23,6 +23,10 @@ struct KernelTestbed::Private {
     DeskRefuseMap* refuseMap;
     DeskSetLine* setLine;
     DeskGetLine* getLine;
+    DeskLimitLine* limitLine;
+    DeskStallLine* stallLine;
+    DeskResumeLine* resumeLine;
+    DeskSetPages* setPages;
 
     DeskDeviceUse GetUse(int device) const
     {

@@ -5,11 +5,8 @@
 
 #include "preload/device_faults.h"
 
-#include <dlfcn.h>
 #include <fcntl.h>
-#include <pthread.h>
 #include <sys/ioctl.h>
-#include <sys/mman.h>
 #include <sys/select.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -26,59 +23,13 @@
 #include <ctime>
 #include <iterator>
 
-#define DESK_EXPORT __attribute__((visibility("default")))
+#include "preload/device_table.h"
+#include "preload/line_buffer.h"
+
+using namespace Preload;
 
 namespace
 {
-
-constexpr int DeviceCount = 256;
-constexpr int DescriptorCount = 65536;
-constexpr std::size_t PathLength = PATH_MAX;
-constexpr int RefusedMapCount = 16;
-constexpr unsigned long EveryPage = ~0UL;
-
-struct RefusedMap {
-    unsigned long page;
-    int error; // 0: no entry
-};
-
-struct Device {
-    char path[PathLength];
-    RefusedMap refusedMaps[RefusedMapCount];
-    DeskDeviceFaults faults;
-    DeskDeviceUse use;   // a device that is not held and has no descriptor open is free
-    struct termios line; // settings, as set last
-    bool held;           // its handle is in use
-    bool named;          // its path opens it
-    bool isSerial;       // has line settings
-};
-
-pthread_mutex_t g_lock = PTHREAD_MUTEX_INITIALIZER;
-Device g_devices[DeviceCount];                  // guarded by g_lock
-std::atomic<short> g_deviceOf[DescriptorCount]; // device number + 1, 0 for none
-std::atomic<bool> g_inUse{false};               // any device was ever added
-char g_root[PathLength];                        // guarded by g_lock; empty hides nothing
-
-// Held while a virtual device is opened or closed: the test bed's library would otherwise take a
-// number that one thread gives back and another gets at once for the same descriptor.
-pthread_mutex_t g_openLock = PTHREAD_MUTEX_INITIALIZER;
-
-class Hold
-{
-public:
-    explicit Hold(pthread_mutex_t& lock = g_lock) : m_lock(lock) { pthread_mutex_lock(&m_lock); }
-    ~Hold() { pthread_mutex_unlock(&m_lock); }
-    Hold(const Hold&) = delete;
-    Hold& operator=(const Hold&) = delete;
-
-private:
-    pthread_mutex_t& m_lock;
-};
-
-template <class Function> Function* FindNext(const char* name)
-{
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
 
 /// The device that @p path opens, or -1. The caller holds the lock.
 int FindNamed(const char* path)
@@ -113,13 +64,6 @@ bool IsHidden(const char* path)
     return syscall(SYS_newfstatat, AT_FDCWD, standIn, &status, AT_SYMLINK_NOFOLLOW) != 0;
 }
 
-int GetDevice(int descriptor)
-{
-    if (descriptor < 0 || descriptor >= DescriptorCount)
-        return -1;
-    return g_deviceOf[descriptor].load(std::memory_order_acquire) - 1;
-}
-
 /// Takes as long as the device is told to; no lock is held. In slices, so that a shorter time told
 /// meanwhile holds for what is under way.
 void Dawdle(int device)
@@ -150,16 +94,6 @@ bool IsNumber(const char* text, size_t length)
         ++text, --length;
     return length > 0 &&
            std::all_of(text, text + length, [](char sign) { return sign >= '0' && sign <= '9'; });
-}
-
-/// The errno value with which a map of @p page is refused, or 0.
-int GetMapError(int device, unsigned long page)
-{
-    const Hold hold;
-    for (const RefusedMap& refused : g_devices[device].refusedMaps)
-        if (refused.error != 0 && (refused.page == page || refused.page == EveryPage))
-            return refused.error;
-    return 0;
 }
 
 /// Whether an open of @p path may go on: sets errno and says no where the device refuses.
@@ -233,6 +167,10 @@ DESK_EXPORT int desk_add_device(const char* path)
         device.use = {};
         device.faults = DeskNoFaults;
         device.isSerial = false;
+        device.fastest = 0;
+        device.bufferedCount = 0;
+        device.bufferRoom = -1;
+        device.pageCount = -1;
         std::fill(std::begin(device.refusedMaps), std::end(device.refusedMaps), RefusedMap{0, 0});
         g_inUse.store(true, std::memory_order_release);
         return i;
@@ -272,35 +210,6 @@ DESK_EXPORT void desk_hide_machine(const char* root)
     g_inUse.store(true, std::memory_order_release);
 }
 
-DESK_EXPORT void desk_refuse_map(int handle, unsigned long page, int error)
-{
-    const Hold hold;
-    RefusedMap* free = nullptr;
-    for (RefusedMap& refused : g_devices[handle].refusedMaps) {
-        if (refused.error != 0 && refused.page == page) {
-            refused.error = error;
-            return;
-        }
-        if (refused.error == 0 && !free)
-            free = &refused;
-    }
-    if (free)
-        *free = {page, error};
-}
-
-DESK_EXPORT void desk_set_line(int handle, const struct termios* settings)
-{
-    const Hold hold;
-    g_devices[handle].isSerial = true;
-    g_devices[handle].line = *settings;
-}
-
-DESK_EXPORT void desk_get_line(int handle, struct termios* settings)
-{
-    const Hold hold;
-    *settings = g_devices[handle].line;
-}
-
 #define DESK_WRAP_OPEN(name)                                                                       \
     DESK_EXPORT int name(const char* path, int flags, ...)                                         \
     {                                                                                              \
@@ -337,11 +246,15 @@ DESK_EXPORT int close(int descriptor)
     if (device == -1)
         return next(descriptor);
     const Hold whole(g_openLock);
+    bool isLast = false;
     {
         const Hold hold;
         g_deviceOf[descriptor].store(0, std::memory_order_release);
-        --g_devices[device].use.openNow;
+        isLast = --g_devices[device].use.openNow == 0;
     }
+    // The kernel's driver waits some time for a line that takes nothing before it gives up.
+    if (isLast)
+        DropKept(device, descriptor);
     return next(descriptor);
 }
 
@@ -402,7 +315,11 @@ DESK_EXPORT ssize_t write(int descriptor, const void* buffer, size_t count)
             faults.writeRoom -= static_cast<long>(count);
         }
     }
-    return next(descriptor, buffer, count);
+    const size_t kept = device != -1 ? KeepBytes(device, descriptor, buffer, count) : 0;
+    if (kept > 0 && (kept == count || (fcntl(descriptor, F_GETFL) & O_NONBLOCK) != 0))
+        return static_cast<ssize_t>(kept);
+    const ssize_t written = next(descriptor, static_cast<const char*>(buffer) + kept, count - kept);
+    return kept > 0 ? static_cast<ssize_t>(kept) + std::max<ssize_t>(written, 0) : written;
 }
 
 DESK_EXPORT int ioctl(int descriptor, unsigned long request, ...)
@@ -413,55 +330,12 @@ DESK_EXPORT int ioctl(int descriptor, unsigned long request, ...)
     void* const argument = va_arg(arguments, void*);
     va_end(arguments);
     const int device = GetDevice(descriptor);
+    if (const long kept = CountKept(device); kept >= 0 && request == TIOCOUTQ) {
+        *static_cast<int*>(argument) = static_cast<int>(kept);
+        return 0;
+    }
     if (device != -1)
         Dawdle(device);
     return next(descriptor, request, argument);
 }
-
-DESK_EXPORT int tcsetattr(int descriptor, int action, const struct termios* settings)
-{
-    static auto* const next = FindNext<int(int, int, const struct termios*)>("tcsetattr");
-    const int result = next(descriptor, action, settings);
-    const int device = GetDevice(descriptor);
-    if (result == 0 && device != -1) {
-        const Hold hold;
-        g_devices[device].line = *settings;
-    }
-    return result;
-}
-
-DESK_EXPORT int tcgetattr(int descriptor, struct termios* settings)
-{
-    static auto* const next = FindNext<int(int, struct termios*)>("tcgetattr");
-    const int result = next(descriptor, settings);
-    const int device = GetDevice(descriptor);
-    if (result == 0 && device != -1) {
-        constexpr tcflag_t Lost = CSIZE | PARENB;
-        const Hold hold;
-        if (g_devices[device].isSerial)
-            settings->c_cflag =
-                (settings->c_cflag & ~Lost) | (g_devices[device].line.c_cflag & Lost);
-    }
-    return result;
-}
-
-#define DESK_WRAP_MAP(name, offset_type)                                                           \
-    DESK_EXPORT void* name(void* address, size_t length, int protection, int flags,                \
-                           int descriptor, offset_type offset)                                     \
-    {                                                                                              \
-        static auto* const next =                                                                  \
-            FindNext<void*(void*, size_t, int, int, int, offset_type)>(#name);                     \
-        const int device = GetDevice(descriptor);                                                  \
-        if (device != -1) {                                                                        \
-            const int error = GetMapError(device, static_cast<unsigned long>(offset));             \
-            if (error != 0) {                                                                      \
-                errno = error;                                                                     \
-                return MAP_FAILED;                                                                 \
-            }                                                                                      \
-        }                                                                                          \
-        return next(address, length, protection, flags, descriptor, offset);                       \
-    }
-
-DESK_WRAP_MAP(mmap, off_t)
-DESK_WRAP_MAP(mmap64, off64_t)
 }

@@ -20,6 +20,8 @@ struct DeskDeviceFaults {
 };
 /// A device without faults.
 inline constexpr DeskDeviceFaults DeskNoFaults{0, 0, 0, -1, 0, 0, 0};
+/// Bytes that a serial port keeps until its line takes them, as the kernel's drivers have it.
+inline constexpr long DeskLineBuffer = 4096;
 
 /// Makes @p path a new device: what was opened under the name before keeps its own faults. Returns
 /// the device's handle, or -1 when there are too many.
@@ -54,6 +56,23 @@ typedef void DeskRefuseMap(int handle, unsigned long page, int error);
 /// always eight data bits.
 typedef void DeskSetLine(int handle, const struct termios* settings);
 typedef void DeskGetLine(int handle, struct termios* settings);
+/// The fastest speed of a serial port's clock, in bits per second; 0 for no limit. A faster one
+/// leaves the port's speed as it is, and tcsetattr() succeeds, as the kernel's drivers do it.
+typedef void DeskLimitLine(int handle, long fastest);
+/// Stops a serial port's line: its buffer takes @p room bytes, at most DeskLineBuffer, and then
+/// whoever writes waits.
+/// @param terminal the near end of its terminal
+typedef void DeskStallLine(int handle, int terminal, long room);
+/// Lets the line go on, and empties its buffer into @p buffer, which has room for DeskLineBuffer
+/// bytes. Returns how many there were.
+typedef long DeskResumeLine(int handle, int terminal, char* buffer);
+
+/// Pages of a device that can have memory.
+inline constexpr int DeskPageLimit = 32;
+/// Lets a device have memory at some pages only, by their offsets, DeskPageLimit at most. A map of
+/// any other page finds all bits set there, and no other map sees what is written to it. Maps of
+/// more than 1 MiB get EPERM.
+typedef void DeskSetPages(int handle, const unsigned long* pages, int count);
 
 DeskAddDevice desk_add_device;
 DeskSetFaults desk_set_faults;
@@ -64,4 +83,8 @@ DeskHideMachine desk_hide_machine;
 DeskRefuseMap desk_refuse_map;
 DeskSetLine desk_set_line;
 DeskGetLine desk_get_line;
+DeskLimitLine desk_limit_line;
+DeskStallLine desk_stall_line;
+DeskResumeLine desk_resume_line;
+DeskSetPages desk_set_pages;
 }

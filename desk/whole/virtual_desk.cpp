@@ -10,6 +10,7 @@
 
 #include "desk/audio_file.h"
 #include "desk/cue_sheet.h"
+#include "desk/display_registers.h"
 #include "desk/widget_controls.h"
 
 namespace Desk
@@ -18,8 +19,6 @@ namespace Desk
 namespace
 {
 
-/// Brightness registers of the display controllers: the duty cycle stands in bits 8 to 15.
-constexpr std::array<std::uint32_t, 3> BrightnessRegisters{0xFE627AFC, 0xFE127AFC, 0xFE327AFC};
 constexpr double HighestDuty = 255;
 /// The console whose displays are flat panels at serial lines.
 constexpr int PanelProductType = 8;
@@ -28,6 +27,13 @@ constexpr int PanelProductType = 8;
 bool HasBacklightChip(int productType)
 {
     return productType >= 9 && productType <= 14 && productType != 11;
+}
+
+/// Whether its displays are dimmed by the registers of display controllers.
+bool HasDisplayControllers(const Standalone::PlatformSettings& platform)
+{
+    return platform.isConsole && platform.productType != PanelProductType &&
+           !HasBacklightChip(platform.productType);
 }
 
 CdDisc MakeDisc(const CdData& data)
@@ -75,6 +81,10 @@ struct VirtualDesk::Tape {
 VirtualDesk::VirtualDesk(DeskData data)
     : m_data(std::move(data)), m_sequencer(m_testbed), m_memory(m_testbed), m_chip(m_testbed)
 {
+    if (!HasDisplayControllers(m_data.platform))
+        for (const DisplaySide& side : DisplaySides)
+            for (const std::uint32_t address : side.brightness)
+                m_memory.SetPresent(address, false);
     for (const MidiPortData& port : m_data.midiPorts) {
         m_ports.push_back(std::make_unique<MidiPort>(m_testbed, m_sequencer, port.name));
         if (!port.isPlugged) {
@@ -167,7 +177,7 @@ std::array<double, 3> VirtualDesk::GetDisplays() const
     }
     const std::lock_guard hold(m_displayMutex);
     if (HasBacklightChip(type)) {
-        // 0 is brightest; a chip that was never set holds nothing.
+        // 0 is brightest; the chip begins in the middle.
         const std::string text = m_chip.GetText();
         int value = 0;
         std::from_chars(text.data(), text.data() + text.size(), value);
@@ -175,7 +185,8 @@ std::array<double, 3> VirtualDesk::GetDisplays() const
         return levels;
     }
     for (std::size_t side = 0; side < levels.size(); ++side)
-        levels.at(side) = (m_memory.Read(BrightnessRegisters.at(side)) >> 8U & 0xFFU) / HighestDuty;
+        levels.at(side) =
+            (m_memory.Read(DisplaySides.at(side).brightness[0]) >> 8U & 0xFFU) / HighestDuty;
     // The centre one is darkest at 85 percent of the duty cycle and brightest at 50.
     constexpr double Darkest = 0.85;
     constexpr double Brightest = 0.5;

@@ -342,6 +342,7 @@ TEST_F(Vex4BacklightTest, SingleRegisters)
 TEST_F(Vex4BacklightTest, MapsAnyRegister)
 {
     Vex4Backlight backlight;
+    m_memory.SetPresent(0x00012344, true);
     m_memory.Write(0x00012344, 0x600DF00D);
     unsigned* const reg = backlight.Map(reinterpret_cast<void*>(0x00012000), 0x344);
     ASSERT_NE(reg, Vex4Backlight::InvalidReg);

@@ -55,6 +55,14 @@ protected:
         ASSERT_EQ(tcsetattr(descriptor, TCSANOW, &settings), 0);
     }
 
+    /// Bytes that wait in the port's buffer.
+    static int CountQueued(int descriptor)
+    {
+        int count = -1;
+        EXPECT_EQ(ioctl(descriptor, TIOCOUTQ, &count), 0);
+        return count;
+    }
+
     Desk::KernelTestbed m_testbed;
     Desk::SerialPort m_port{m_testbed, Path};
     std::vector<int> m_descriptors;
@@ -180,6 +188,116 @@ TEST_F(DeskSerialPort, StalledItTakesNothing)
     m_port.Resume();
     EXPECT_EQ(write(descriptor, "y", 1), 1);
     EXPECT_THAT(m_port.ReceiveCount(1), ElementsAre('y'));
+}
+
+TEST_F(DeskSerialPort, StalledItKeepsWhatItsBufferHasRoomFor)
+{
+    const int descriptor = Open(O_RDWR | O_NOCTTY | O_NONBLOCK);
+    Configure(descriptor, B9600, CS8);
+    EXPECT_EQ(write(descriptor, "a", 1), 1);
+    m_port.Stall(3);
+    EXPECT_EQ(write(descriptor, "bc", 2), 2);
+    EXPECT_EQ(CountQueued(descriptor), 2);
+    EXPECT_EQ(write(descriptor, "de", 2), 1);
+    EXPECT_EQ(CountQueued(descriptor), 3);
+    EXPECT_EQ(write(descriptor, "e", 1), -1);
+    EXPECT_EQ(errno, EAGAIN);
+    pollfd writable{descriptor, POLLOUT, 0};
+    EXPECT_EQ(poll(&writable, 1, 0), 0);
+    EXPECT_THAT(m_port.Receive(0), ElementsAre('a'));
+    EXPECT_THAT(m_port.Receive(0), IsEmpty());
+    m_port.Resume();
+    EXPECT_EQ(CountQueued(descriptor), 0);
+    EXPECT_EQ(write(descriptor, "ef", 2), 2);
+    EXPECT_THAT(m_port.ReceiveCount(4), ElementsAre('b', 'c', 'd', 'e'));
+    EXPECT_THAT(m_port.ReceiveCount(1), ElementsAre('f'));
+}
+
+TEST_F(DeskSerialPort, KeepsTheOrderOfWhatWasWrittenBeforeAndWhileItWasStalled)
+{
+    const int descriptor = Open();
+    Configure(descriptor, B9600, CS8);
+    EXPECT_EQ(write(descriptor, "ab", 2), 2);
+    m_port.Stall(10);
+    EXPECT_EQ(write(descriptor, "cd", 2), 2);
+    m_port.Resume();
+    EXPECT_EQ(write(descriptor, "ef", 2), 2);
+    EXPECT_THAT(m_port.Receive(20'000), ElementsAre('a', 'b', 'c', 'd', 'e', 'f'));
+}
+
+TEST_F(DeskSerialPort, StalledItsWholeBufferIsTheKernelsPage)
+{
+    const int descriptor = Open(O_RDWR | O_NOCTTY | O_NONBLOCK);
+    Configure(descriptor, B9600, CS8);
+    m_port.Stall(1'000'000);
+    const Bytes bytes(5000);
+    EXPECT_EQ(write(descriptor, bytes.data(), bytes.size()), 4096);
+    m_port.Resume();
+    EXPECT_EQ(m_port.ReceiveCount(4096).size(), 4096U);
+}
+
+TEST_F(DeskSerialPort, WhoWritesMoreThanTheBufferHoldsWaits)
+{
+    const int descriptor = Open();
+    Configure(descriptor, B9600, CS8);
+    m_port.Stall(1);
+    std::thread hand([this, descriptor] {
+        EXPECT_TRUE(TestSupport::WaitUntil([descriptor] { return CountQueued(descriptor) == 1; }));
+        m_port.Resume();
+    });
+    EXPECT_EQ(write(descriptor, "abc", 3), 3);
+    hand.join();
+    EXPECT_THAT(m_port.ReceiveCount(3), ElementsAre('a', 'b', 'c'));
+}
+
+TEST_F(DeskSerialPort, WhatItsBufferHoldsCanBeAwaitedAndLost)
+{
+    const int descriptor = Open();
+    Configure(descriptor, B9600, CS8);
+    m_port.Stall(10);
+    EXPECT_EQ(write(descriptor, "abc", 3), 3);
+    EXPECT_EQ(tcflush(descriptor, TCOFLUSH), 0);
+    EXPECT_EQ(CountQueued(descriptor), 0);
+    EXPECT_EQ(write(descriptor, "d", 1), 1);
+    std::thread hand([this] {
+        EXPECT_THAT(m_port.Receive(20), IsEmpty());
+        m_port.Resume();
+    });
+    EXPECT_EQ(tcdrain(descriptor), 0);
+    EXPECT_EQ(CountQueued(descriptor), 0);
+    hand.join();
+    EXPECT_THAT(m_port.ReceiveCount(1), ElementsAre('d'));
+    m_port.Stall(1);
+    EXPECT_EQ(write(descriptor, "e", 1), 1);
+    close(descriptor);
+    m_descriptors.clear();
+    m_port.Resume();
+    EXPECT_THAT(m_port.Receive(0), IsEmpty());
+}
+
+TEST_F(DeskSerialPort, KeepsItsSpeedWhereItsClockCannotMakeTheNewOne)
+{
+    const int descriptor = Open();
+    Configure(descriptor, B115200, CS8);
+    Configure(descriptor, B230400, CS7); // succeeds, as on a real port
+    EXPECT_EQ(m_port.GetSettings().baud, 115200);
+    EXPECT_EQ(m_port.GetSettings().dataBits, 7);
+    termios settings{};
+    EXPECT_EQ(tcgetattr(descriptor, &settings), 0);
+    EXPECT_EQ(cfgetospeed(&settings), static_cast<speed_t>(B115200));
+    LineSettings other;
+    other.baud = 460800;
+    EXPECT_THROW(m_port.SetSettings(other), std::invalid_argument);
+}
+
+TEST_F(DeskSerialPort, AtUsbTakesEverySpeed)
+{
+    Desk::SerialPort adapter(m_testbed, "/dev/ttyUSB0");
+    const int descriptor = open("/dev/ttyUSB0", O_RDWR | O_NOCTTY);
+    ASSERT_NE(descriptor, -1);
+    Configure(descriptor, B460800, CS8);
+    EXPECT_EQ(adapter.GetSettings().baud, 460800);
+    close(descriptor);
 }
 
 TEST_F(DeskSerialPort, ReceiveEndsWhenWokenOrUnplugged)

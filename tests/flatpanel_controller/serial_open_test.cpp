@@ -71,21 +71,26 @@ const std::map<int, int> SpeedParameters{
     {300, 7},    {1200, 9},     {2400, 11},     {4800, 12},     {9600, 13},    {19200, 14},
     {38400, 15}, {57600, 4097}, {115200, 4098}, {230400, 4099}, {460800, 4100}};
 
+/// On an adapter at USB, whose clock makes all of them.
 class SerialSpeeds : public TestSupport::SerialBench, public testing::WithParamInterface<int>
 {
+protected:
+    SerialSpeeds() { m_serial.SetDeviceName(m_adapter.GetPath().c_str()); }
+
+    Desk::SerialPort m_adapter{m_testbed, "/dev/ttyUSB0"};
 };
 
 TEST_P(SerialSpeeds, ReachTheLine)
 {
-    m_port.SetSettings(GetForeignSettings());
+    m_adapter.SetSettings(GetForeignSettings());
     EXPECT_EQ(Open(GetParam()), 0);
-    EXPECT_EQ(m_port.GetSettings(), GetRawSettings(GetParam()));
+    EXPECT_EQ(m_adapter.GetSettings(), GetRawSettings(GetParam()));
     EXPECT_THAT(
         m_log.GetTexts(),
         ElementsAre("Baud found, baudparam " + std::to_string(SpeedParameters.at(GetParam())),
                     "Parity set to none 0", "Flow control set to none 1"));
     m_serial.Close();
-    EXPECT_EQ(m_port.GetSettings(), GetForeignSettings());
+    EXPECT_EQ(m_adapter.GetSettings(), GetForeignSettings());
 }
 
 INSTANTIATE_TEST_SUITE_P(AllEleven, SerialSpeeds,

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
+
+#include "desk/display_registers.h"
 
 namespace Hwctl
 {
@@ -17,17 +18,8 @@ enum class BacklightKind { Registers, Panels, Chip };
 /// The kind of a console's model.
 BacklightKind GetBacklightKind(int productType);
 
-/// Where the display controllers of the left, the right and the centre display have their
-/// brightness register: at one of two physical addresses.
-struct DisplaySide {
-    const char* name;
-    std::array<std::uint32_t, 2> brightness;
-
-    static std::uint32_t GetFrequency(std::uint32_t brightness) { return brightness - 0x14; }
-};
-inline constexpr std::array<DisplaySide, 3> DisplaySides{{{"left", {0xFE627AFC, 0xF7E27AFC}},
-                                                          {"right", {0xFE127AFC, 0xF7B27AFC}},
-                                                          {"centre", {0xFE327AFC, 0xF7C27AFC}}}};
+using Desk::DisplaySide;
+using Desk::DisplaySides;
 
 /// Duty cycle in a brightness register, 0 to 255.
 constexpr unsigned GetDuty(std::uint32_t word)

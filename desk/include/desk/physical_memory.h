@@ -9,7 +9,12 @@
 namespace Desk
 {
 
-/// A virtual /dev/mem: four gigabytes of memory that hold 0 until written. One thread at a time.
+/// A virtual /dev/mem of four gigabytes. One thread at a time.
+///
+/// As in a computer, few addresses have anything behind them: at first the pages of the display
+/// controllers' registers, which hold 0 until written. Everywhere else there is nothing: all bits
+/// read as set, and what is written is kept nowhere. A program sees what it wrote to nothing
+/// through the one map that it wrote through, and nowhere else. It can map 1 MiB at most.
 class PhysicalMemory
 {
 public:
@@ -22,9 +27,13 @@ public:
     std::uint32_t Read(std::uint32_t address) const;
     void Write(std::uint32_t address, std::uint32_t word);
 
+    /// Puts something behind the page of an address, or takes it away, for later maps. There can be
+    /// 32 such pages; one more is a std::invalid_argument.
+    void SetPresent(std::uint32_t address, bool isPresent);
+
     /// The device file goes; what is mapped stays.
     void Vanish();
-    /// Ends Vanish(): memory that holds 0.
+    /// Ends Vanish(): what is present holds 0.
     void Appear();
     /// Lets further opens fail with that errno value; 0 ends it.
     void RefuseOpen(int error);

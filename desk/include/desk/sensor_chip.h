@@ -14,7 +14,7 @@ namespace Desk
 class SensorChip
 {
 public:
-    /// Takes every text, until told otherwise.
+    /// Strict, until told otherwise: see SetStrict().
     explicit SensorChip(KernelTestbed& testbed);
     ~SensorChip();
     SensorChip(const SensorChip&) = delete;
@@ -26,7 +26,10 @@ public:
     void SetText(const std::string& text);
 
     /// Takes only what the kernel reads a number from, and answers EINVAL to the rest, blanks in
-    /// front of a number included.
+    /// front of a number included. The library writes numbers below 100 with blanks in front and
+    /// does not look at the answer, so levels of the right display above 61 % leave the brightness
+    /// as it is: here as with a real kernel. Not strict, the attribute takes every text, as no
+    /// kernel does; that shows what the library wrote.
     void SetStrict(bool strict);
     /// The chip's driver is unloaded: the attribute goes; who has it open gets ENODEV.
     void Vanish();

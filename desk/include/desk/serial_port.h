@@ -34,6 +34,10 @@ struct LineSettings {
 
 /// A virtual serial port; this is the far end of its line. Any thread may call any operation, but
 /// only one at a time plugs and unplugs.
+///
+/// A port named "/dev/ttyS..." has a UART with the usual clock. As on a real one, tcsetattr() with
+/// more than 115200 baud succeeds and leaves the speed as it is; tcgetattr() tells. Other ports
+/// take every speed. Bytes take no time on the line.
 class SerialPort
 {
 public:
@@ -49,7 +53,8 @@ public:
 
     /// Settings that the library gave the port last.
     LineSettings GetSettings() const;
-    /// As another program left them.
+    /// As another program left them. Throws std::invalid_argument for a speed that the port cannot
+    /// have.
     void SetSettings(const LineSettings& settings);
 
     /// Puts bytes on the library's input. Waits up to 20 s for a reader who makes room.
@@ -72,9 +77,14 @@ public:
     void RefuseOpen(int error);
     /// Lets every read fail with that errno value, as a defective port's; 0 ends it.
     void RefuseReads(int error);
-    /// Stops the line: what is written waits, for as long as it takes.
-    void Stall();
-    /// Ends Stall().
+    /// Bytes that a port keeps while its line takes none.
+    static constexpr std::size_t BufferSize = 4096;
+    /// Stops the line. The port's buffer takes @p room bytes, at most BufferSize, which count as
+    /// written; TIOCOUTQ counts them, tcdrain() waits for them, and tcflush() and the last close
+    /// lose them. Once it is full, whoever writes waits.
+    /// @param room none, as where the line has stood for long
+    void Stall(std::size_t room = 0);
+    /// Ends Stall(): the line takes what waited, in its order.
     void Resume();
     /// Lets every open, read and write take so much longer; 0 ends it.
     void SetDelay(unsigned microseconds);
