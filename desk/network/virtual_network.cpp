@@ -229,6 +229,8 @@ void VirtualNetwork::SetSpeed(const std::wstring& name, std::uint64_t speed)
 
 void VirtualNetwork::Remove(const std::wstring& name)
 {
+    // The kernel takes an adapter down before it lets it go.
+    SetDown(name);
     {
         const std::lock_guard hold(m_private->mutex);
         const Adapter adapter = m_private->Get(name);
@@ -243,6 +245,8 @@ void VirtualNetwork::Rename(const std::wstring& name, const std::wstring& newNam
     {
         const std::lock_guard hold(m_private->mutex);
         Adapter& adapter = m_private->Get(name);
+        if (adapter.data.isUp)
+            Refuse("the kernel renames no network adapter that is up, take it down first:", name);
         m_private->CheckNew(newName);
         adapter.data.name = newName;
         m_private->Tell(AdapterEvent::Kind::Changed, adapter);

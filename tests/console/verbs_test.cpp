@@ -423,8 +423,11 @@ TEST_F(DeskVerbs, AdaptersLightTheLinks)
     Expect("adapter eth1 remove");
     Expect("until widgets/ltc/links/fixtureActive = false");
     Expect("adapter eth2 add");
+    EXPECT_EQ(Do("adapter eth2 rename eth3"),
+              "the kernel renames no network adapter that is up, take it down first: 'eth2'");
+    Expect("adapter eth2 down");
     Expect("adapter eth2 rename eth3");
-    Expect("expect adapters/eth3/up = true");
+    Expect("expect adapters/eth3/up = false");
     EXPECT_NE(Do("adapter eth9 up"), "");
     EXPECT_EQ(Do("adapter eth0 dance"), "there is no verb 'dance'");
 }

@@ -116,6 +116,8 @@ TEST(VirtualNetwork, RefusesWhatCannotBe)
     network.Add({L"eth1"});
     EXPECT_THROW(network.Add({L"eth0"}), std::invalid_argument);
     EXPECT_THROW(network.Add({L"a b"}), std::invalid_argument);
+    EXPECT_THROW(network.Rename(L"eth0", L"eth2"), std::invalid_argument); // it is up
+    network.SetDown(L"eth0");
     EXPECT_THROW(network.Rename(L"eth0", L"eth1"), std::invalid_argument);
     EXPECT_THROW(network.Rename(L"eth0", L""), std::invalid_argument);
     EXPECT_THROW(network.SetUp(L"eth2"), std::invalid_argument);

@@ -102,7 +102,7 @@ TEST_F(NetworkMonitorTest, TellsOfEveryChange)
     m_network.Add({L"eth0", false, 0});
     EXPECT_THAT(m_recorder.Take(),
                 ElementsAre("eth0 up->down 1", "eth0 down->up 1", "eth0 up->up 4",
-                            "eth0 up->absent 7", "eth0 absent->down 3"));
+                            "eth0 up->down 1", "eth0 down->absent 7", "eth0 absent->down 3"));
     EXPECT_NE(m_recorder.GetThread(), std::this_thread::get_id());
     EXPECT_EQ(m_recorder.GetLast().GetHardwareAddress(), L"02:00:00:00:00:03");
 }
@@ -135,12 +135,14 @@ TEST_F(NetworkMonitorTest, FollowsNamesWhenAdaptersAreRenamed)
 {
     ASSERT_TRUE(Monitor().Register(L"eth0", 5, &m_recorder));
     ASSERT_TRUE(Monitor().Register(L"lan0", 5, &m_recorder));
+    m_network.SetDown(L"eth0");
     m_network.Rename(L"eth0", L"lan0");
-    EXPECT_THAT(m_recorder.Take(), ElementsAre("eth0 up->absent 7", "lan0 absent->up 7"));
+    EXPECT_THAT(m_recorder.Take(),
+                ElementsAre("eth0 up->down 1", "eth0 down->absent 7", "lan0 absent->down 7"));
     m_network.Rename(L"eth1", L"eth0");
     EXPECT_THAT(m_recorder.Take(), ElementsAre("eth0 absent->down 7"));
-    m_network.SetDown(L"lan0");
-    EXPECT_THAT(m_recorder.Take(), ElementsAre("lan0 up->down 1"));
+    m_network.SetUp(L"lan0");
+    EXPECT_THAT(m_recorder.Take(), ElementsAre("lan0 down->up 1"));
 }
 
 TEST_F(NetworkMonitorTest, RegistersAnAdapterThatIsStillToCome)
@@ -247,7 +249,7 @@ TEST_F(NetworkMonitorTest, AfterAnOverrunEveryoneIsCalled)
                 ElementsAre("eth0 up->up 7", "eth1 down->up 7", "usb0 absent->up 7"));
     EXPECT_EQ(log.Count("News of network adapters were lost, all are looked at"), 1U);
     m_network.Remove(L"usb0"); // known by now
-    EXPECT_THAT(m_recorder.Take(), ElementsAre("usb0 up->absent 7"));
+    EXPECT_THAT(m_recorder.Take(), ElementsAre("usb0 up->down 1", "usb0 down->absent 7"));
 }
 
 TEST_F(NetworkMonitorTest, NoStateIsSkippedHoweverFastTheyFollow)

@@ -42,7 +42,7 @@ TEST(NetworkScript, DoesEveryVerb)
     EXPECT_EQ(Play("0 eth0 down"), "eth0 down 1000000000; ");
     EXPECT_EQ(Play("0 eth0 down\n0.5 eth0 up"), "eth0 up 1000000000; ");
     EXPECT_EQ(Play("0 eth0 speed 10000000000"), "eth0 up 10000000000; ");
-    EXPECT_EQ(Play("0 eth0 rename lan0"), "lan0 up 1000000000; ");
+    EXPECT_EQ(Play("0 eth0 down\n0 eth0 rename lan0"), "lan0 down 1000000000; ");
     EXPECT_EQ(Play("0 eth0 remove # gone\n\n0 eth1 add"), "eth1 up 1000000000; ");
     EXPECT_EQ(Play("0 eth0 flap 3"), "eth0 up 1000000000; ");
     EXPECT_EQ(Play("0 eth0 overrun"), "eth0 down 1000000000; ");

@@ -34,8 +34,8 @@ public:
     VirtualNetwork(const VirtualNetwork&) = delete;
     VirtualNetwork& operator=(const VirtualNetwork&) = delete;
 
-    // Verbs. They throw std::invalid_argument where there is no such adapter, and for a name that
-    // is taken or that no adapter can have.
+    // Verbs. They throw std::invalid_argument where there is no such adapter, for a name that is
+    // taken or that no adapter can have, and where the kernel would refuse.
 
     /// Plugs an adapter.
     void Add(const AdapterData& data);
@@ -43,8 +43,9 @@ public:
     void SetDown(const std::wstring& name);
     /// @param speed in bits per second
     void SetSpeed(const std::wstring& name, std::uint64_t speed);
-    /// Pulls it out.
+    /// Pulls it out. One that is up goes down first, which the monitor is told on its own.
     void Remove(const std::wstring& name);
+    /// Refused while the adapter is up, as kernels before 6.2 do.
     void Rename(const std::wstring& name, const std::wstring& newName);
     /// Takes the link down and up again, or the other way round, @p count times.
     void Flap(const std::wstring& name, unsigned count);
