@@ -55,6 +55,8 @@ CdDisc CdDisc::MakeAudio(const std::vector<int>& seconds)
                                : std::max(disc.leadOut - Gap, disc.tracks.back().GetStart() + 1);
         disc.tracks.push_back({"", false, pregap, {disc.leadOut}});
         disc.leadOut += length * CdFramesPerSecond;
+        if (disc.leadOut >= CdMaximumFrames)
+            break; // too long already, which the check says
     }
     disc.Check();
     return disc;

@@ -4,12 +4,11 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 #include "cd/cue_words.h"
 #include "desk/cue_sheet.h"
+#include "files/text_file.h"
 
 namespace Desk
 {
@@ -20,6 +19,8 @@ namespace
 /// Length of a file in frames, whole ones: what is left over is filled up with silence.
 std::optional<int> MeasureFile(const std::filesystem::path& path, int sectorBytes)
 {
+    if (!IsRegularFile(path))
+        return std::nullopt;
     double frames = 0;
     if (sectorBytes != 0) {
         std::error_code error;
@@ -33,6 +34,8 @@ std::optional<int> MeasureFile(const std::filesystem::path& path, int sectorByte
         if (!file)
             return std::nullopt;
         sf_close(file);
+        if (info.samplerate <= 0 || info.frames < 0)
+            return std::nullopt;
         frames = static_cast<double>(info.frames) * CdFramesPerSecond / info.samplerate;
     }
     // The check for what fits on a disc comes later, with a number that can be counted with.
@@ -44,10 +47,10 @@ std::optional<int> MeasureFile(const std::filesystem::path& path, int sectorByte
 CdDisc ReadCueSheet(const std::string& path)
 {
     const std::string name = "CUE sheet " + Quote(path);
-    std::ifstream file(path);
-    if (!file || std::filesystem::is_directory(path))
+    // A desk file may name a pipe, whose open would wait, or a device without an end.
+    if (!IsRegularFile(path))
         throw std::runtime_error(name + " cannot be read");
-    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    const std::string text = ReadTextFile(path, name);
     const std::filesystem::path folder = std::filesystem::path(path).parent_path();
     try {
         return ParseCueSheet(text, [&folder](const std::string& wanted, int sectorBytes) {

@@ -49,6 +49,8 @@ public:
             line.erase(0, 3);
         if (line.ends_with('\r'))
             line.pop_back();
+        if (line.find('\0') != std::string::npos)
+            Fail(m_line, "there is a byte of 0");
         try {
             const std::vector<std::string> words = IsCueRemark(line) ? Words() : SplitCueLine(line);
             if (!words.empty())

@@ -4,14 +4,13 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <stdexcept>
 #include <utility>
 
 #include "desk/cd_disc.h"
 #include "desk/cue_sheet.h"
+#include "files/text_file.h"
 #include "standalone/network_source.h"
 #include "standalone/wing_table.h"
 #include "whole/desk_names.h"
@@ -29,6 +28,12 @@ constexpr long long HighestProductType = 255;
 constexpr long long HighestSerialNumber = 65535;
 constexpr long long HighestSpeed = 1'000'000'000'000;
 constexpr std::size_t LongestPortName = 30; // bytes of the kernel's record
+// More than any desk has, and few enough for threads, devices and pictures of them.
+constexpr std::size_t MostWidgets = 256;
+constexpr std::size_t MostPorts = 64;
+constexpr std::size_t MostLines = 64;
+constexpr std::size_t MostAdapters = 256;
+constexpr std::size_t MostSources = 64;
 constexpr int FullPercent = 100;
 constexpr double FixedOne = 0x10000;
 /// Seconds of sound that a disc has room for.
@@ -132,7 +137,7 @@ private:
     void ReadWidgets(const JsonValue& value)
     {
         NamesTaken paths("a widget at");
-        for (const JsonValue& each : ReadList(value, "\"widgets\"")) {
+        for (const JsonValue& each : ReadList(value, "\"widgets\"", MostWidgets)) {
             WidgetData widget;
             ReadObject(each, "a widget",
                        {{"model", [&](const auto& part) { widget.model = ReadModel(part); }, true},
@@ -171,7 +176,7 @@ private:
     void ReadMidi(const JsonValue& value)
     {
         NamesTaken names("a MIDI port");
-        for (const JsonValue& each : ReadList(value, "\"midi\"")) {
+        for (const JsonValue& each : ReadList(value, "\"midi\"", MostPorts)) {
             MidiPortData port;
             const auto takeName = [&](const JsonValue& part) {
                 port.name = ReadPortName(part);
@@ -203,7 +208,7 @@ private:
     void ReadSerial(const JsonValue& value)
     {
         NamesTaken devices("a serial line");
-        for (const JsonValue& each : ReadList(value, "\"serial\"")) {
+        for (const JsonValue& each : ReadList(value, "\"serial\"", MostLines)) {
             SerialLineData line;
             ReadObject(each, "a serial line",
                        {{"device",
@@ -270,6 +275,8 @@ private:
     std::string ReadSheet(const JsonValue& value) const
     {
         std::string sheet = m_folder / ReadFilledText(value, "\"disc\"");
+        if (sheet.find('\0') != std::string::npos)
+            value.Refuse("\"disc\" is the name of a file, which has no byte of 0");
         try {
             ReadCueSheet(sheet);
         } catch (const std::runtime_error& error) {
@@ -281,7 +288,7 @@ private:
     static std::vector<int> ReadTracks(const JsonValue& value)
     {
         std::vector<int> tracks;
-        for (const JsonValue& each : ReadList(value, "\"tracks\""))
+        for (const JsonValue& each : ReadList(value, "\"tracks\"", CdMaximumTracks))
             tracks.push_back(
                 static_cast<int>(ReadWhole(each, "a track's length in seconds", 1, LongestTrack)));
         try {
@@ -308,7 +315,7 @@ private:
     void ReadAdapters(const JsonValue& value)
     {
         NamesTaken names("an adapter");
-        for (const JsonValue& each : ReadList(value, "\"adapters\"")) {
+        for (const JsonValue& each : ReadList(value, "\"adapters\"", MostAdapters)) {
             AdapterData adapter;
             ReadObject(each, "an adapter",
                        {{"name",
@@ -328,7 +335,7 @@ private:
     {
         NamesTaken names("an adapter");
         std::vector<std::wstring> network;
-        for (const JsonValue& each : ReadList(value, what)) {
+        for (const JsonValue& each : ReadList(value, what, MostAdapters)) {
             network.push_back(ReadAdapterName(each, "an adapter's name"));
             names.Add(each, Standalone::NarrowAdapterName(network.back()));
         }
@@ -339,7 +346,7 @@ private:
     {
         ReadObject(value, "\"timecode\"",
                    {{"simulate", [this](const auto& part) {
-                         for (const auto& each : ReadList(part, "\"simulate\""))
+                         for (const auto& each : ReadList(part, "\"simulate\"", MostSources))
                              m_data.simulate.push_back(ReadSource(each));
                      }}});
     }
@@ -397,11 +404,8 @@ DeskData ParseDesk(const std::string& text, const std::string& name, const std::
 
 DeskData ReadDesk(const std::string& file, const SourceCheck& check)
 {
-    std::ifstream in(file, std::ios::binary);
-    if (!in || std::filesystem::is_directory(file))
-        throw std::runtime_error(file + ": cannot be read");
-    const std::string text{std::istreambuf_iterator<char>(in), {}};
-    return ParseDesk(text, file, std::filesystem::path(file).parent_path(), check);
+    return ParseDesk(ReadTextFile(file, file + ":"), file,
+                     std::filesystem::path(file).parent_path(), check);
 }
 
 } // namespace Desk

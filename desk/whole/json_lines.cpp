@@ -290,9 +290,13 @@ long long ReadWhole(const JsonValue& value, const std::string& what, long long l
     return static_cast<long long>(*number);
 }
 
-const JsonValue::List& ReadList(const JsonValue& value, const std::string& what)
+const JsonValue::List& ReadList(const JsonValue& value, const std::string& what, std::size_t most)
 {
-    return Get<JsonValue::List>(value, what, "a list");
+    const auto& list = Get<JsonValue::List>(value, what, "a list");
+    if (list.size() > most)
+        list[most].Refuse(what + " has at most " + std::to_string(most) + " entries, not " +
+                          std::to_string(list.size()));
+    return list;
 }
 
 JsonField MakeSwitchField(const std::string& name, bool& target)

@@ -58,7 +58,8 @@ double ReadNumber(const JsonValue& value, const std::string& what, int lowest, i
 /// A whole number, also one that is written with a point or an exponent.
 long long ReadWhole(const JsonValue& value, const std::string& what, long long lowest,
                     long long highest);
-const JsonValue::List& ReadList(const JsonValue& value, const std::string& what);
+/// @param most how long it may be
+const JsonValue::List& ReadList(const JsonValue& value, const std::string& what, std::size_t most);
 
 /// A name that an object may have, and what takes its value.
 struct JsonField {

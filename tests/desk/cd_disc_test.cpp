@@ -83,6 +83,7 @@ TEST(CdDisc, IsCheckedForWhatThereCannotBe)
     EXPECT_THROW(CdDisc::MakeAudio({}), std::invalid_argument);
     EXPECT_THROW(CdDisc::MakeAudio({10, 0}), std::invalid_argument);
     EXPECT_THROW(CdDisc::MakeAudio({6000}), std::invalid_argument);
+    EXPECT_THROW(CdDisc::MakeAudio(std::vector<int>(10000, 6000)), std::invalid_argument);
     EXPECT_EQ(CdDisc::MakeAudio({5997}).leadOut, 449925);
 }
 

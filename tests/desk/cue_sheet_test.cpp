@@ -2,6 +2,7 @@
 #include "desk/cue_sheet.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -188,6 +189,7 @@ TEST(CueSheet, ProblemsHaveALineAndAReason)
         {"", "line 1: the sheet has no track"},
         {file, "line 1: the sheet has no track"},
         {"HELLO world\n", "line 1: 'HELLO' is no word of a CUE sheet"},
+        {std::string("\nFILE a\0.wav WAVE\n", 18), "line 2: there is a byte of 0"},
         {"\n\nFILE a.wav\n", "line 3: not of the form FILE \"name\" type"},
         {"FILE \"a.wav WAVE\n", "line 1: a quotation mark is missing"},
         {"FILE a.txt TEXT\n", "line 1: 'TEXT' is no type of file"},
@@ -268,6 +270,25 @@ TEST_F(CueSheetFile, ProblemsNameIt)
     EXPECT_THAT(GetProblem(path), HasSubstr("line 2: the length of 'gone.wav' is not known"));
     EXPECT_EQ(GetProblem("/nowhere/disc.cue"), "CUE sheet '/nowhere/disc.cue' cannot be read");
     EXPECT_EQ(GetProblem(m_folder), "CUE sheet '" + m_folder.string() + "' cannot be read");
+}
+
+TEST_F(CueSheetFile, MeasuresFilesAlone)
+{
+    // Neither waits for a pipe that nobody writes to, nor reads a device.
+    ASSERT_EQ(mkfifo((m_folder / "pipe").c_str(), 0600), 0);
+    for (const char* const name : {"pipe", "/dev/zero"}) {
+        const std::string path = Write(
+            "disc.cue", "FILE " + std::string(name) + " WAVE\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n");
+        EXPECT_THAT(GetProblem(path), HasSubstr("is not known")) << name;
+    }
+    EXPECT_EQ(GetProblem(m_folder / "pipe"),
+              "CUE sheet '" + (m_folder / "pipe").string() + "' cannot be read");
+}
+
+TEST_F(CueSheetFile, OfAnyLengthIsNotRead)
+{
+    const std::string path = Write("disc.cue", std::string((1U << 20U) + 1, '\n'));
+    EXPECT_EQ(GetProblem(path), "CUE sheet '" + path + "' is longer than 1048576 bytes");
 }
 
 TEST_F(CueSheetFile, IsShippedAsASample)

@@ -308,6 +308,45 @@ TEST_F(DeskFile, TellsThatAFileCannotBeRead)
         }
 }
 
+TEST_F(DeskFile, RefusesAFileWithoutEnd)
+{
+    try {
+        Desk::ReadDesk("/dev/zero");
+        FAIL();
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "/dev/zero: is longer than 1048576 bytes");
+    }
+}
+
+TEST(DeskData, HasABoundedNumberOfEachThing)
+{
+    const auto repeat = [](const std::string& begin, const char* entry, int count) {
+        std::string text = begin;
+        for (int i = 0; i < count; ++i)
+            text += (i > 0 ? ",\n" : "") + std::string(entry) + std::to_string(i) + "\"";
+        return text;
+    };
+    const std::string begin = "{\"name\": \"A\",\n";
+    EXPECT_EQ(GetProblem(repeat(begin + "\"midi\": [", "\"port ", 65) + "]}"),
+              "a.json:66: \"midi\" has at most 64 entries, not 65");
+    EXPECT_EQ(GetProblem(repeat(begin + "\"midi\": [", "\"port ", 64) + "]}"), "nothing");
+    EXPECT_EQ(
+        GetProblem(repeat(begin + "\"timecode\": {\"simulate\": [", "\"25,start=", 70) + "]}}"),
+        "a.json:66: \"simulate\" has at most 64 entries, not 70");
+    EXPECT_EQ(GetProblem(repeat(begin + "\"networks\": {\"console\": [", "\"eth", 257) + "]}}"),
+              "a.json:258: \"console\" has at most 256 entries, not 257");
+}
+
+TEST(DeskData, NamesADiscByAFile)
+{
+    for (const char* const sheet : {"/dev/zero", "/dev/null", "/"})
+        EXPECT_EQ(
+            GetProblem("{\"name\": \"A\", \"cd\": {\"disc\": \"" + std::string(sheet) + "\"}}"),
+            "a.json:1: CUE sheet '" + std::string(sheet) + "' cannot be read");
+    EXPECT_EQ(GetProblem(R"({"name": "A", "cd": {"disc": "a\u0000b"}})"),
+              "a.json:1: \"disc\" is the name of a file, which has no byte of 0");
+}
+
 TEST(DeskExamples, HaveAFullConsole)
 {
     const DeskData desk = ReadExample("full-console");

@@ -60,6 +60,8 @@ TEST_F(MidiRecordingFile, SaysWhatIsWrongAndWhere)
     EXPECT_EQ(GetProblem("0 1 F\n"), ":1: no bytes in hexadecimal");
     EXPECT_EQ(GetProblem("10 1 F8\n9 1 F8\n"), ":2: the time falls");
     EXPECT_EQ(GetProblem("10 1 F8\n10 1 F8\n"), "nothing");
+    EXPECT_EQ(GetProblem("4294967295 1 F8\n4294967296 1 F8\n"), ":2: no time in milliseconds");
+    EXPECT_EQ(GetProblem("0 3 F8F8\n"), ":1: more messages than bytes");
 }
 
 TEST_F(MidiRecordingFile, ThatIsMissingIsNamed)
@@ -69,6 +71,16 @@ TEST_F(MidiRecordingFile, ThatIsMissingIsNamed)
         FAIL();
     } catch (const std::runtime_error& error) {
         EXPECT_STREQ(error.what(), "/nowhere/show.txt: cannot be read");
+    }
+}
+
+TEST_F(MidiRecordingFile, ThatHasNoEndIsRefused)
+{
+    try {
+        Tools::MidiRecording::Read("/dev/zero");
+        FAIL();
+    } catch (const std::runtime_error& error) {
+        EXPECT_STREQ(error.what(), "/dev/zero: is longer than 67108864 bytes");
     }
 }
 

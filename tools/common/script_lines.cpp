@@ -2,6 +2,7 @@
 #include "common/script_lines.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -11,6 +12,15 @@
 
 namespace Tools
 {
+
+namespace
+{
+
+/// An hour of MIDI without a pause, in hexadecimal digits, is shorter. A device without an end is
+/// not.
+constexpr std::size_t LongestFile = std::size_t{64} << 20U;
+
+} // namespace
 
 void ForEachScriptLine(std::istream& text,
                        const std::function<void(const std::string& line, std::size_t number)>& take)
@@ -40,9 +50,15 @@ std::string ReadWholeFile(const std::string& file)
     // A directory opens, and reads as nothing.
     if (!in || std::filesystem::is_directory(file))
         throw std::runtime_error(file + ": cannot be read");
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
+    std::string text;
+    std::array<char, 65536> piece{};
+    while (in.read(piece.data(), piece.size()) || in.gcount() > 0) {
+        text.append(piece.data(), static_cast<std::size_t>(in.gcount()));
+        if (text.size() > LongestFile)
+            throw std::runtime_error(file + ": is longer than " + std::to_string(LongestFile) +
+                                     " bytes");
+    }
+    return text;
 }
 
 } // namespace Tools

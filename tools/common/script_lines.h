@@ -29,7 +29,8 @@ Steps ParseTimedScript(const std::string& name, const std::string& text, ParseSt
 /// the reason.
 double TakeScriptSeconds(std::istream& line);
 
-/// A whole file; throws std::runtime_error with "FILE: REASON" when it cannot be read.
+/// A whole file; throws std::runtime_error with "FILE: REASON" when it cannot be read or is longer
+/// than 64 MiB.
 std::string ReadWholeFile(const std::string& file);
 
 template <class Steps, class ParseStep>
