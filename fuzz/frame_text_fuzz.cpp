@@ -5,28 +5,20 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <string>
 
 #include "hardware/timecode/frame.h"
+#include "require.h"
 
+using Fuzz::Require;
 using Hardware::Timecode::Frame;
 
 namespace
 {
 
 typedef std::array<std::int32_t, 4> Fields;
-
-void Require(bool condition, const char* what)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "%s\n", what);
-    std::abort();
-}
 
 Fields GetFields(const Frame& frame)
 {

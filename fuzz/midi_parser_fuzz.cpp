@@ -4,14 +4,14 @@
 // they differ or where a message is not within its bounds.
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <optional>
 #include <utility>
 
 #include "midi/linux/midi_device_impl.h"
+#include "require.h"
 #include "support/naive_midi_parser.h"
 
+using Fuzz::Require;
 using Hardware::Midi::Device;
 using TestSupport::MidiMessage;
 
@@ -19,14 +19,6 @@ namespace
 {
 
 constexpr std::size_t LongestSystemExclusive = 129;
-
-void Require(bool condition, const char* what)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "%s\n", what);
-    std::abort();
-}
 
 bool IsData(unsigned char byte)
 {
