@@ -3,7 +3,6 @@
 
 #include <QWidget>
 #include <algorithm>
-#include <utility>
 
 namespace VirtualDesk
 {
@@ -16,15 +15,6 @@ FlowLayout::~FlowLayout() = default;
 void FlowLayout::addItem(QLayoutItem* item)
 {
     m_items.emplace_back(item);
-}
-
-void FlowLayout::InsertWidget(int place, QWidget* widget)
-{
-    addWidget(widget);
-    auto item = std::move(m_items.back());
-    m_items.pop_back();
-    m_items.insert(m_items.begin() + std::clamp(place, 0, count()), std::move(item));
-    invalidate();
 }
 
 QLayoutItem* FlowLayout::itemAt(int index) const

@@ -18,8 +18,6 @@ public:
     ~FlowLayout() override;
 
     void addItem(QLayoutItem* item) override;
-    /// Puts a widget before the item of a place; at the end for a place beyond.
-    void InsertWidget(int place, QWidget* widget);
     int count() const override { return static_cast<int>(m_items.size()); }
     QLayoutItem* itemAt(int index) const override;
     QLayoutItem* takeAt(int index) override;

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "virtual-desk/surface_panel.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QMenu>
-#include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -25,9 +26,12 @@ namespace
 {
 
 constexpr int Spacing = 8;
-constexpr int ZoomLimit = 5; ///< steps in either direction
 constexpr double ZoomStep = 1.15;
-constexpr int FocusMargin = 24; ///< shown around what has the keyboard
+constexpr double LeastZoom = 0.25;
+constexpr double MostZoom = 2;
+constexpr char ZoomKey[] = "surface/zoom";
+const QString FitValue = QStringLiteral("fit"); ///< of the key
+constexpr int FocusMargin = 24;                 ///< shown around what has the keyboard
 
 QString GetPath(const Desk::VirtualWidget& widget)
 {
@@ -60,10 +64,11 @@ SurfacePanel::SurfacePanel(DeskController& desk, QWidget* parent)
     m_wings = new FlowLayout(wings);
     m_wings->setContentsMargins(Spacing, Spacing, Spacing, Spacing);
     m_wings->setSpacing(Spacing);
+    m_scroll->setObjectName("wings-area");
     m_scroll->setWidget(wings);
     m_scroll->setWidgetResizable(true);
     m_scroll->setFrameShape(QFrame::NoFrame);
-    m_empty->setText(QStringLiteral("Nothing is plugged in."));
+    m_empty->setText(QStringLiteral("This desk has no wings."));
     m_empty->setAlignment(Qt::AlignCenter);
     m_empty->setMargin(Spacing * 2);
 
@@ -73,7 +78,7 @@ SurfacePanel::SurfacePanel(DeskController& desk, QWidget* parent)
     layout->addLayout(MakeTools());
     layout->addWidget(m_empty);
     layout->addWidget(m_scroll, 1);
-    layout->addWidget(MakePlugStrip());
+    m_scroll->installEventFilter(this);
     m_clock.start();
     connect(&m_desk, &DeskController::refreshed, this, &SurfacePanel::Refresh);
     connect(&m_desk, &DeskController::done, this, &SurfacePanel::FollowLine);
@@ -85,8 +90,8 @@ SurfacePanel::~SurfacePanel()
 {
     // The views are children, and go after the hands.
     for (const Entry& entry : m_entries)
-        if (entry.frame)
-            entry.frame->GetView().LetGo();
+        if (WingView* const view = entry.frame->GetView())
+            view->LetGo();
 }
 
 QLayout* SurfacePanel::MakeTools()
@@ -105,14 +110,16 @@ QLayout* SurfacePanel::MakeTools()
             [this] { Zoom(1); });
     AddTool(*row, "zoom-reset", QStringLiteral("1:1"), QStringLiteral("Natural size"),
             QKeySequence(Qt::CTRL | Qt::Key_0), [this] { Zoom(0); });
-    AddTool(*row, "zoom-fit", QStringLiteral("Fit"), QStringLiteral("The widest wing fits"),
-            QKeySequence(Qt::CTRL | Qt::Key_9), [this] { FitWidth(); });
+    m_fit = AddTool(*row, "zoom-fit", QStringLiteral("Fit"),
+                    QStringLiteral("The widest wing fits, also when the window changes"),
+                    QKeySequence(Qt::CTRL | Qt::Key_9), [this] { SetFitting(true); });
+    m_fit->setCheckable(true);
     return row;
 }
 
-void SurfacePanel::AddTool(QHBoxLayout& row, const char* name, const QString& text,
-                           const QString& tip, const QKeySequence& shortcut,
-                           const std::function<void()>& act)
+QToolButton* SurfacePanel::AddTool(QHBoxLayout& row, const char* name, const QString& text,
+                                   const QString& tip, const QKeySequence& shortcut,
+                                   const std::function<void()>& act)
 {
     auto* const button = new QToolButton(this);
     button->setObjectName(name);
@@ -126,9 +133,10 @@ void SurfacePanel::AddTool(QHBoxLayout& row, const char* name, const QString& te
     auto* const keys = new QShortcut(shortcut, this);
     keys->setContext(Qt::WidgetWithChildrenShortcut);
     connect(keys, &QShortcut::activated, this, act);
+    return button;
 }
 
-/// A menu of the wings that are plugged.
+/// A menu of the wings.
 QToolButton* SurfacePanel::MakeGoTo()
 {
     auto* const button = new QToolButton(this);
@@ -143,60 +151,40 @@ QToolButton* SurfacePanel::MakeGoTo()
     connect(menu, &QMenu::aboutToShow, this, [this, menu] {
         menu->clear();
         for (const Entry& entry : m_entries)
-            if (entry.frame)
-                menu->addAction(GetPath(*entry.widget), this,
-                                [this, path = GetPath(*entry.widget)] { GoTo(path); });
+            menu->addAction(GetPath(*entry.widget), this,
+                            [this, path = GetPath(*entry.widget)] { GoTo(path); });
     });
     return button;
 }
 
 void SurfacePanel::GoTo(const QString& path)
 {
-    const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry& entry) {
-        return entry.frame && GetPath(*entry.widget) == path;
-    });
-    if (found == m_entries.end())
-        return; // pulled out meanwhile
-    // Its upper left corner where all of it has no room.
-    const QRect rect = found->frame->geometry();
-    m_scroll->ensureVisible(rect.right(), rect.bottom(), Spacing, Spacing);
-    m_scroll->ensureVisible(rect.left(), rect.top(), Spacing, Spacing);
-    found->frame->GetView().setFocus();
-}
-
-QWidget* SurfacePanel::MakePlugStrip()
-{
-    m_strip = new QWidget(this);
-    m_strip->setAccessibleName("Not plugged");
-    m_plugs = new FlowLayout(m_strip);
-    m_plugs->setContentsMargins(Spacing, Spacing / 2, Spacing, Spacing / 2);
-    m_plugs->setSpacing(Spacing / 2);
-    QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
-    policy.setHeightForWidth(true);
-    m_strip->setSizePolicy(policy);
-    return m_strip;
+    for (const Entry& entry : m_entries) {
+        if (GetPath(*entry.widget) != path)
+            continue;
+        // Its upper left corner where all of it has no room.
+        const QRect rect = entry.frame->geometry();
+        m_scroll->ensureVisible(rect.right(), rect.bottom(), Spacing, Spacing);
+        m_scroll->ensureVisible(rect.left(), rect.top(), Spacing, Spacing);
+        if (WingView* const view = entry.frame->GetView())
+            view->setFocus();
+        else
+            entry.frame->GetPlugButton().setFocus();
+    }
 }
 
 void SurfacePanel::Refresh()
 {
     AddNewWidgets();
     const std::chrono::milliseconds now(m_clock.elapsed());
-    bool isAnyPlugged = false;
-    bool isAnyUnplugged = false;
     for (Entry& entry : m_entries) {
         FollowPlug(entry);
-        if (entry.frame)
-            entry.frame->Refresh(now);
-        else
-            entry.hands->Flush();
-        isAnyPlugged = isAnyPlugged || entry.frame;
-        isAnyUnplugged = isAnyUnplugged || !entry.frame;
+        entry.frame->Refresh(now);
     }
-    m_empty->setVisible(!isAnyPlugged);
-    m_strip->setVisible(isAnyUnplugged);
+    m_empty->setVisible(m_entries.empty());
 }
 
-/// Widgets live as long as the desk, and new ones come behind the others.
+/// Widgets live as long as the desk, and new ones come after the others.
 void SurfacePanel::AddNewWidgets()
 {
     const auto widgets = m_desk.GetDesk().GetBus().GetWidgets();
@@ -206,61 +194,51 @@ void SurfacePanel::AddNewWidgets()
 
 void SurfacePanel::AddWidget(Desk::VirtualWidget& widget)
 {
-    const QString path = GetPath(widget);
     const QString address = GetAddress(widget);
-    auto* const plug = new QPushButton(
-        QStringLiteral("Plug in %1 %2").arg(QString::fromStdString(widget.GetModel().name), path));
-    plug->setObjectName("plug-" + path);
-    plug->setAccessibleName(plug->text());
-    connect(plug, &QPushButton::clicked, this, [this, address] { m_desk.Do(address + " plug"); });
-    m_plugs->addWidget(plug);
     const bool isTrackball = Desk::IsTrackball(widget.GetModel());
-    m_entries.push_back(
-        {&widget,
-         std::make_unique<WingHands>(address, isTrackball,
-                                     [this](const QString& line) { m_desk.Do(line); }),
-         plug, nullptr});
+    auto hands = std::make_unique<WingHands>(address, isTrackball,
+                                             [this](const QString& line) { m_desk.Do(line); });
+    auto* const frame = new WingFrame(widget, *hands, m_scroll->widget());
+    frame->SetZoom(m_zoom);
+    connect(frame, &WingFrame::unplugWanted, this,
+            [this, address] { m_desk.Do(address + " unplug"); });
+    connect(frame, &WingFrame::plugWanted, this, [this, address] { m_desk.Do(address + " plug"); });
+    m_wings->addWidget(frame);
+    frame->show();
+    m_entries.push_back({&widget, std::move(hands), frame});
+    OrderTabs();
+    FitWidth();
 }
 
+/// The keyboard stays with the widget.
 void SurfacePanel::FollowPlug(Entry& entry)
 {
+    WingFrame& frame = *entry.frame;
     const bool isPlugged = entry.widget->IsPlugged();
-    if (isPlugged && !entry.frame)
-        AddFrame(entry);
-    else if (!isPlugged && entry.frame)
-        RemoveFrame(entry);
-    entry.plug->setVisible(!isPlugged);
+    if (isPlugged == (frame.GetView() != nullptr))
+        return;
+    const bool hadFocus = frame.isAncestorOf(focusWidget());
+    frame.SetPlugged(isPlugged);
+    if (WingView* const view = frame.GetView())
+        ConnectView(*view);
+    OrderTabs();
+    if (hadFocus && isPlugged)
+        frame.GetView()->setFocus();
+    else if (hadFocus)
+        frame.GetPlugButton().setFocus();
 }
 
-/// Wings stand in the order of the bus.
-void SurfacePanel::AddFrame(Entry& entry)
+void SurfacePanel::ConnectView(WingView& view)
 {
-    int place = 0;
-    for (const Entry& other : m_entries) {
-        if (&other == &entry)
-            break;
-        place += other.frame ? 1 : 0;
-    }
-    entry.frame = new WingFrame(*entry.widget, *entry.hands, m_scroll->widget());
-    m_wings->InsertWidget(place, entry.frame);
-    WingView& view = entry.frame->GetView();
-    view.SetZoom(GetZoom());
     connect(&view, &WingView::zoomWanted, this, &SurfacePanel::Zoom);
     connect(&view, &WingView::focusMoved, this, [this, &view](const QRect& rect) {
         const QPoint middle = view.mapTo(m_scroll->widget(), rect.center());
         m_scroll->ensureVisible(middle.x(), middle.y(), rect.width() / 2 + FocusMargin,
                                 rect.height() / 2 + FocusMargin);
     });
-    const QString address = GetAddress(*entry.widget);
-    connect(entry.frame, &WingFrame::unplugWanted, this,
-            [this, address] { m_desk.Do(address + " unplug"); });
-    entry.frame->show();
-    OrderTabs();
-    if (entry.plug->hasFocus())
-        view.setFocus();
 }
 
-/// Tab goes through the wings as they stand, whenever they came, and then to what is not plugged.
+/// Tab goes through the wings as they stand, whenever they came.
 void SurfacePanel::OrderTabs() const
 {
     QWidget* last = m_scroll;
@@ -268,26 +246,12 @@ void SurfacePanel::OrderTabs() const
         QWidget::setTabOrder(last, next);
         last = next;
     };
-    for (const Entry& entry : m_entries)
-        if (entry.frame) {
-            follow(&entry.frame->GetUnplugButton());
-            follow(&entry.frame->GetView());
-        }
-    for (const Entry& entry : m_entries)
-        follow(entry.plug);
-}
-
-void SurfacePanel::RemoveFrame(Entry& entry)
-{
-    const bool hadFocus = entry.frame->isAncestorOf(focusWidget());
-    entry.frame->GetView().LetGo();
-    entry.plug->setVisible(true);
-    if (hadFocus)
-        entry.plug->setFocus();
-    m_wings->removeWidget(entry.frame);
-    entry.frame->hide();
-    entry.frame->deleteLater();
-    entry.frame = nullptr;
+    for (const Entry& entry : m_entries) {
+        follow(&entry.frame->GetUnplugButton());
+        follow(&entry.frame->GetPlugButton());
+        if (WingView* const view = entry.frame->GetView())
+            follow(view);
+    }
 }
 
 void SurfacePanel::FollowLine(const QString& line, const QString& error)
@@ -305,45 +269,75 @@ void SurfacePanel::FollowLine(const QString& line, const QString& error)
 WingView* SurfacePanel::FindView(const QString& path) const
 {
     for (const Entry& entry : m_entries)
-        if (entry.frame && GetPath(*entry.widget) == path)
-            return &entry.frame->GetView();
+        if (GetPath(*entry.widget) == path)
+            return entry.frame->GetView();
     return nullptr;
 }
 
-double SurfacePanel::GetZoom() const
-{
-    return std::pow(ZoomStep, m_zoom);
-}
-
+/// To the next step in a direction, or to natural size.
 void SurfacePanel::Zoom(int steps)
 {
-    m_zoom = steps == 0 ? 0 : std::clamp(m_zoom + steps, -ZoomLimit, ZoomLimit);
-    ShowZoom();
+    constexpr double Near = 0.01;
+    SetFitting(false);
+    const double step = std::log(m_zoom) / std::log(ZoomStep);
+    const double from = steps > 0 ? std::floor(step + Near) : std::ceil(step - Near);
+    SetZoom(steps == 0 ? 1 : std::pow(ZoomStep, from + steps));
 }
 
-/// As large as the widest wing allows, and no smaller than there is.
-void SurfacePanel::FitWidth()
-{
-    double widest = 0;
-    for (const Entry& entry : m_entries)
-        if (entry.frame)
-            widest = std::max(widest, entry.frame->GetView().sizeHint().width() / GetZoom());
-    if (widest == 0)
-        return;                // nothing is plugged
-    constexpr int Around = 60; // frames and the scroll bar
-    const double room = m_scroll->width() - Around;
-    for (m_zoom = ZoomLimit; m_zoom > -ZoomLimit && widest * GetZoom() > room;)
-        --m_zoom;
-    ShowZoom();
-}
-
-void SurfacePanel::ShowZoom()
+void SurfacePanel::SetZoom(double zoom)
 {
     constexpr int Percent = 100;
-    m_zoomLabel->setText(QStringLiteral("%1 %").arg(std::lround(GetZoom() * Percent)));
+    m_zoom = std::clamp(zoom, LeastZoom, MostZoom);
+    m_zoomLabel->setText(QStringLiteral("%1 %").arg(std::lround(m_zoom * Percent)));
     for (const Entry& entry : m_entries)
-        if (entry.frame)
-            entry.frame->GetView().SetZoom(GetZoom());
+        entry.frame->SetZoom(m_zoom);
+}
+
+void SurfacePanel::SetFitting(bool isFitting)
+{
+    m_isFitting = isFitting;
+    m_fit->setChecked(isFitting);
+    FitWidth();
+}
+
+/// While it is to fit, as large as the widest wing allows.
+void SurfacePanel::FitWidth()
+{
+    if (!m_isFitting || m_entries.empty())
+        return;
+    const QMargins margins = m_wings->contentsMargins();
+    const int around = margins.left() + margins.right() + m_scroll->frameWidth() * 2 +
+                       m_scroll->verticalScrollBar()->sizeHint().width();
+    double zoom = MostZoom;
+    for (const Entry& entry : m_entries)
+        zoom = std::min(zoom, (m_scroll->width() - around - entry.frame->GetBorderWidth()) /
+                                  static_cast<double>(entry.frame->GetNaturalWidth()));
+    SetZoom(zoom);
+}
+
+bool SurfacePanel::eventFilter(QObject* object, QEvent* event)
+{
+    if (object == m_scroll && event->type() == QEvent::Resize)
+        FitWidth();
+    return QWidget::eventFilter(object, event);
+}
+
+void SurfacePanel::SaveZoom(QSettings& settings) const
+{
+    settings.setValue(ZoomKey, m_isFitting ? QVariant(FitValue) : QVariant(m_zoom));
+}
+
+void SurfacePanel::RestoreZoom(const QSettings& settings)
+{
+    const QVariant value = settings.value(ZoomKey);
+    if (value.toString() == FitValue) {
+        SetFitting(true);
+        return;
+    }
+    bool isNumber = false;
+    const double zoom = value.toDouble(&isNumber);
+    if (isNumber && std::isfinite(zoom))
+        SetZoom(zoom);
 }
 
 } // namespace VirtualDesk

@@ -8,8 +8,15 @@
 #include <QLabel>
 #include <QPaintEvent>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <QToolButton>
 #include <QToolTip>
+#include <algorithm>
+#include <map>
+#include <utility>
 
 #include "desk/virtual_widget.h"
 #include "window/surface_bench.h"
@@ -43,12 +50,15 @@ TEST_F(SurfaceWindow, ShowsEachWidgetThatIsPlugged)
 
 TEST_F(SurfaceWindow, AViewGoesAndComesWithItsWidget)
 {
+    auto& plug = Find<QPushButton>(*m_panel, "plug-left hand");
+    EXPECT_FALSE(plug.isVisible());
     QTest::mouseClick(&Find<QToolButton>(*m_panel, "unplug-left hand"), Qt::LeftButton);
     Settle();
     EXPECT_EQ(m_panel->FindView("left hand"), nullptr);
     EXPECT_EQ(Get("widgets/left hand/plugged"), false);
-    auto& plug = Find<QPushButton>(*m_panel, "plug-left hand");
+    EXPECT_EQ(Find<QLabel>(*m_panel, "status-left hand").text(), "unplugged");
     EXPECT_TRUE(plug.isVisible());
+    EXPECT_TRUE(plug.hasFocus());
 
     QTest::mouseClick(&plug, Qt::LeftButton);
     Settle();
@@ -58,6 +68,39 @@ TEST_F(SurfaceWindow, AViewGoesAndComesWithItsWidget)
 
     Do("widget playback unplug");
     EXPECT_EQ(m_panel->FindView("playback"), nullptr);
+}
+
+TEST_F(SurfaceWindow, AnUnpluggedWingLeavesItsPlaceEmpty)
+{
+    const auto takePlaces = [&] {
+        std::map<std::string, QRect> taken;
+        for (const auto* const frame : m_panel->findChildren<VirtualDesk::WingFrame*>())
+            taken[frame->GetUnplugButton().objectName().toStdString()] = frame->geometry();
+        return taken;
+    };
+    const auto before = takePlaces();
+    ASSERT_EQ(before.size(), 9U);
+    for (const char* const path : {"playback", "trackball", "ltc"})
+        QTest::mouseClick(&Find<QToolButton>(*m_panel, QByteArray("unplug-").append(path)),
+                          Qt::LeftButton);
+    Settle();
+    EXPECT_EQ(takePlaces(), before);
+}
+
+TEST_F(SurfaceWindow, ASecondClickOnUnplugDoesNothing)
+{
+    const QPoint at =
+        Find<QToolButton>(*m_panel, "unplug-playback").mapTo(m_panel.get(), QPoint(5, 5));
+    for (int click = 0; click < 3; ++click) {
+        QWidget* const under = m_panel->childAt(at);
+        ASSERT_NE(under, nullptr);
+        QTest::mouseClick(under, Qt::LeftButton, Qt::NoModifier, under->mapFrom(m_panel.get(), at));
+        Settle();
+        EXPECT_EQ(Get("widgets/playback/plugged"), false);
+    }
+    for (const char* const path :
+         {"expansion", "motor", "panel", "trackball", "bar", "ltc", "left hand", "stone"})
+        EXPECT_NE(m_panel->FindView(path), nullptr) << path;
 }
 
 TEST_F(SurfaceWindow, AMotorTakesAFaderAlong)
@@ -195,6 +238,60 @@ TEST_F(SurfaceWindow, Zooms)
     EXPECT_EQ(view.sizeHint(), natural);
     EXPECT_EQ(view.GetRectOf(ControlKind::Button, 7), key);
     EXPECT_EQ(View("playback").GetFace(ControlKind::Fader, 0).position, -1);
+}
+
+TEST_F(SurfaceWindow, FitsTheWidestWing)
+{
+    const auto& scroll = Find<QScrollArea>(*m_panel, "wings-area");
+    for (const int width : {1600, 1024, 700}) {
+        m_panel->resize(width, 600);
+        QTest::mouseClick(&Find<QToolButton>(*m_panel, "zoom-fit"), Qt::LeftButton);
+        Settle();
+        EXPECT_EQ(scroll.horizontalScrollBar()->maximum(), 0) << width;
+        int widest = 0;
+        for (const auto* const view : m_panel->findChildren<WingView*>())
+            widest = std::max(widest, view->width());
+        // Nothing wider would do, unless it is as large as wings are shown.
+        EXPECT_TRUE(widest > scroll.viewport()->width() - 50 || m_panel->GetZoom() == 2) << width;
+    }
+}
+
+TEST_F(SurfaceWindow, GoesOnFittingWhenTheWindowChanges)
+{
+    const auto& scroll = Find<QScrollArea>(*m_panel, "wings-area");
+    auto& fit = Find<QToolButton>(*m_panel, "zoom-fit");
+    QTest::mouseClick(&fit, Qt::LeftButton);
+    EXPECT_TRUE(fit.isChecked());
+    m_panel->resize(800, 600);
+    Settle();
+    EXPECT_EQ(scroll.horizontalScrollBar()->maximum(), 0);
+    const double fitting = m_panel->GetZoom();
+    QTest::mouseClick(&Find<QToolButton>(*m_panel, "zoom-in"), Qt::LeftButton);
+    EXPECT_FALSE(fit.isChecked());
+    const double larger = m_panel->GetZoom();
+    EXPECT_GT(larger, fitting);
+    m_panel->resize(900, 600);
+    Settle();
+    EXPECT_EQ(m_panel->GetZoom(), larger);
+}
+
+TEST_F(SurfaceWindow, RemembersItsZoom)
+{
+    const QTemporaryDir folder;
+    QSettings settings(folder.filePath("settings.ini"), QSettings::IniFormat);
+    const auto restore = [&] {
+        m_panel->SaveZoom(settings);
+        VirtualDesk::SurfacePanel other(Desk());
+        other.RestoreZoom(settings);
+        return std::pair(other.GetZoom(), Find<QToolButton>(other, "zoom-fit").isChecked());
+    };
+    QTest::mouseClick(&Find<QToolButton>(*m_panel, "zoom-out"), Qt::LeftButton);
+    EXPECT_EQ(restore(), std::pair(m_panel->GetZoom(), false));
+    QTest::mouseClick(&Find<QToolButton>(*m_panel, "zoom-fit"), Qt::LeftButton);
+    EXPECT_TRUE(restore().second);
+    settings.setValue("surface/zoom", "nonsense");
+    m_panel->RestoreZoom(settings);
+    EXPECT_TRUE(Find<QToolButton>(*m_panel, "zoom-fit").isChecked());
 }
 
 TEST_F(SurfaceWindow, RepaintsOnlyWhatChanged)
