@@ -4,9 +4,12 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScopedValueRollback>
 #include <QVBoxLayout>
 #include <set>
+#include <utility>
 
+#include "common/timecode_source.h"
 #include "virtual-desk/panel_parts.h"
 #include "virtual-desk/timecode_readout.h"
 
@@ -16,16 +19,29 @@ namespace VirtualDesk
 namespace
 {
 
-constexpr char Prefix[] = "sim ";
 /// Of an item, its source's number.
 constexpr int NumberRole = Qt::UserRole;
 constexpr double HighestRate = 1000;
 constexpr int ListRows = 4;
 
-const QStringList& GetFormats()
+QStringList ListFormats()
 {
-    static const QStringList formats{"film24", "ebu25", "ntsc30", "smpte30"};
-    return formats;
+    QStringList names;
+    for (const auto& [name, format] : Tools::TimecodeSource::GetFormats())
+        names += QString::fromStdString(name);
+    return names;
+}
+
+/// In the list of formats; -1 for none of them.
+int GetPlace(Hardware::TimecodeFormat wanted)
+{
+    int place = 0;
+    for (const auto& [name, format] : Tools::TimecodeSource::GetFormats()) {
+        if (format == wanted)
+            return place;
+        ++place;
+    }
+    return -1;
 }
 
 QLabel* MakeBuddyLabel(const QString& text, QWidget* buddy)
@@ -35,20 +51,9 @@ QLabel* MakeBuddyLabel(const QString& text, QWidget* buddy)
     return label;
 }
 
-QString Describe(const QString& source, const Console::TimecodeReading& reading)
+std::string GetName(unsigned number)
 {
-    return source + (TimecodeReadout::IsSilent(reading) ? " \u2013 silent" : " \u2013 runs");
-}
-
-/// The numbers of the simulated sources, in their order, and their readings.
-std::map<int, const Console::TimecodeReading*>
-FindSources(const std::map<std::string, Console::TimecodeReading>& readings)
-{
-    std::map<int, const Console::TimecodeReading*> sources;
-    for (const auto& [name, reading] : readings)
-        if (name.starts_with(Prefix))
-            sources[std::stoi(name.substr(sizeof Prefix - 1))] = &reading;
-    return sources;
+    return "sim " + std::to_string(number);
 }
 
 } // namespace
@@ -72,7 +77,7 @@ QLayout* SimulatorControls::MakeCreation()
     m_newRate->setAccessibleName("Rate or format of the new source");
     m_newRate->setToolTip("Frames per second, or a format");
     m_newRate->setEditable(true);
-    m_newRate->addItems(QStringList{"25", "24", "30", "29.97"} + GetFormats());
+    m_newRate->addItems(QStringList{"25", "24", "30", "29.97"} + ListFormats());
     m_newStart = MakeFrameEdit("simNewStart", "First frame of the new source");
     m_newBackwards = new QCheckBox("Bac&kwards");
     m_newBackwards->setObjectName("simNewBackwards");
@@ -100,7 +105,7 @@ QLayout* SimulatorControls::MakeList()
     m_list->setObjectName("simList");
     m_list->setAccessibleName("Simulated sources");
     m_list->setFixedHeight(ListRows * (fontMetrics().height() + 4));
-    connect(m_list, &QListWidget::currentRowChanged, this, &SimulatorControls::RefreshButtons);
+    connect(m_list, &QListWidget::currentRowChanged, this, &SimulatorControls::ShowSelected);
 
     auto* const verbs = new QGridLayout;
     verbs->addWidget(MakeVerb("simStart", "&Start", "start"), 0, 0);
@@ -121,30 +126,38 @@ QLayout* SimulatorControls::MakeChanges()
     m_rate->setAccessibleName("Rate in frames per second; below 0 it runs backwards");
     m_rate->setToolTip("Below 0 it runs backwards");
     m_rate->setRange(-HighestRate, HighestRate);
-    m_rate->setValue(25);
     m_rate->setSuffix(" frames/s");
     m_format = new QComboBox;
     m_format->setObjectName("simFormat");
     m_format->setAccessibleName("Format");
-    m_format->addItems(GetFormats());
-    m_format->setCurrentText("ebu25");
+    m_format->addItems(ListFormats());
+    m_format->setCurrentIndex(-1);
+    m_format->setPlaceholderText("no format");
     m_frame = MakeFrameEdit("simFrame", "Frame to go to");
     QPushButton* const setRate = MakeVerb("simSetRate", "Set &rate", {});
-    QPushButton* const setFormat = MakeVerb("simSetFormat", "Set format", {});
+    m_setFormat = MakeVerb("simSetFormat", "Set format", {});
     m_jump = MakeVerb("simJump", "&Go to", {});
     connect(setRate, &QPushButton::clicked, this,
             [this] { Do("rate " + ToNumber(m_rate->value())); });
-    connect(setFormat, &QPushButton::clicked, this,
+    connect(m_setFormat, &QPushButton::clicked, this,
             [this] { Do("format " + m_format->currentText()); });
     connect(m_jump, &QPushButton::clicked, this, [this] { Do("jump " + m_frame->text()); });
-    connect(m_frame, &QLineEdit::textChanged, this, &SimulatorControls::RefreshButtons);
     connect(m_frame, &QLineEdit::returnPressed, m_jump, &QPushButton::click);
+    const auto noteEdit = [this](bool Edits::*edit) {
+        return [this, edit] {
+            m_edits.*edit = m_edits.*edit || !m_isFollowing;
+            RefreshButtons();
+        };
+    };
+    connect(m_rate, &QDoubleSpinBox::valueChanged, this, noteEdit(&Edits::rate));
+    connect(m_format, &QComboBox::currentIndexChanged, this, noteEdit(&Edits::format));
+    connect(m_frame, &QLineEdit::textChanged, this, noteEdit(&Edits::frame));
 
     auto* const grid = new QGridLayout;
     grid->addWidget(m_rate, 0, 0);
     grid->addWidget(setRate, 0, 1);
     grid->addWidget(m_format, 1, 0);
-    grid->addWidget(setFormat, 1, 1);
+    grid->addWidget(m_setFormat, 1, 1);
     grid->addWidget(m_frame, 2, 0);
     grid->addWidget(m_jump, 2, 1);
     grid->setColumnStretch(0, 1);
@@ -174,11 +187,17 @@ void SimulatorControls::Create()
     m_lines.Do(line);
 }
 
-/// A source that was made is listed when its first frame came.
+/// What was edited is set, or a source was made or could not be.
 void SimulatorControls::TakeOutcome(const QString& line, const QString& error)
 {
-    if (!error.isEmpty())
-        m_asked.erase(line);
+    m_asked.erase(line);
+    const QString begin = QStringLiteral("sim %1 ").arg(m_shown);
+    if (!error.isEmpty() || !line.startsWith(begin))
+        return;
+    const QString verb = line.mid(begin.size()).section(' ', 0, 0);
+    m_edits.rate = m_edits.rate && verb != "rate";
+    m_edits.format = m_edits.format && verb != "format";
+    m_edits.frame = m_edits.frame && verb != "jump";
 }
 
 void SimulatorControls::Do(const QString& verb)
@@ -191,8 +210,8 @@ void SimulatorControls::Do(const QString& verb)
 int SimulatorControls::GetFreeNumber() const
 {
     std::set<int> taken;
-    for (int row = 0; row < m_list->count(); ++row)
-        taken.insert(m_list->item(row)->data(NumberRole).toInt());
+    for (const auto& [number, source] : m_sources)
+        taken.insert(static_cast<int>(number));
     for (const auto& [line, number] : m_asked)
         taken.insert(number);
     int number = 1;
@@ -201,20 +220,39 @@ int SimulatorControls::GetFreeNumber() const
     return number;
 }
 
-void SimulatorControls::Refresh(const std::map<std::string, Console::TimecodeReading>& readings)
+void SimulatorControls::Refresh(std::map<unsigned, Console::SimulatorState> sources,
+                                std::map<std::string, Console::TimecodeReading> readings)
 {
-    const auto sources = FindSources(readings);
-    std::erase_if(m_asked, [&](const auto& asked) { return sources.contains(asked.second); });
+    m_sources = std::move(sources);
+    m_readings = std::move(readings);
+    RefreshList();
+    ShowSelected();
+}
+
+const Console::TimecodeReading* SimulatorControls::FindReading(unsigned number) const
+{
+    const auto found = m_readings.find(GetName(number));
+    return found == m_readings.end() ? nullptr : &found->second;
+}
+
+void SimulatorControls::RefreshList()
+{
     int row = 0;
-    for (const auto& [number, reading] : sources) {
-        while (row < m_list->count() && m_list->item(row)->data(NumberRole).toInt() < number)
+    for (const auto& [number, source] : m_sources) {
+        const auto getNumber = [this](int at) {
+            return m_list->item(at)->data(NumberRole).toUInt();
+        };
+        while (row < m_list->count() && getNumber(row) < number)
             delete m_list->takeItem(row);
-        if (row == m_list->count() || m_list->item(row)->data(NumberRole).toInt() != number) {
+        if (row == m_list->count() || getNumber(row) != number) {
             auto* const item = new QListWidgetItem;
             item->setData(NumberRole, number);
             m_list->insertItem(row, item);
         }
-        SetTextOf(*m_list->item(row), Describe(Prefix + QString::number(number), *reading));
+        const Console::TimecodeReading* const reading = FindReading(number);
+        const bool runs = reading && !TimecodeReadout::IsSilent(*reading);
+        SetTextOf(*m_list->item(row), QString::fromStdString(GetName(number)) +
+                                          (runs ? " \u2013 runs" : " \u2013 silent"));
         ++row;
     }
     while (m_list->count() > row)
@@ -223,11 +261,49 @@ void SimulatorControls::Refresh(const std::map<std::string, Console::TimecodeRea
         m_list->setCurrentRow(0);
 }
 
+void SimulatorControls::ShowSelected()
+{
+    const QListWidgetItem* const item = m_list->currentItem();
+    const int number = item ? item->data(NumberRole).toInt() : NoSource;
+    if (std::exchange(m_shown, number) != number) {
+        m_edits = {};
+        m_framesShown.reset();
+    }
+    const QScopedValueRollback<bool> following(m_isFollowing, true);
+    const auto source = m_sources.find(static_cast<unsigned>(number));
+    if (item && source != m_sources.end())
+        ShowRate(source->second);
+    if (const auto* const reading = FindReading(static_cast<unsigned>(number)))
+        ShowFrame(*reading);
+    RefreshButtons();
+}
+
+void SimulatorControls::ShowRate(const Console::SimulatorState& source)
+{
+    if (!m_edits.rate)
+        m_rate->setValue(source.rate);
+    if (!m_edits.format)
+        m_format->setCurrentIndex(GetPlace(source.format));
+}
+
+/// Nobody could edit a frame that runs along, so it is the one when the source was selected. Where
+/// the source stands still, it is the last one, unless the user sent it elsewhere since.
+void SimulatorControls::ShowFrame(const Console::TimecodeReading& reading)
+{
+    const bool isNew =
+        !m_framesShown || (*m_framesShown != reading.frames && TimecodeReadout::IsSilent(reading));
+    if (m_edits.frame || !isNew)
+        return;
+    SetTextOf(*m_frame, QString::fromStdString(reading.frame.toString()));
+    m_framesShown = reading.frames;
+}
+
 void SimulatorControls::RefreshButtons()
 {
     const bool isSelected = m_list->currentItem() != nullptr;
     for (QPushButton* const button : m_verbs)
         button->setEnabled(isSelected);
+    m_setFormat->setEnabled(isSelected && m_format->currentIndex() >= 0);
     m_jump->setEnabled(isSelected && m_frame->hasAcceptableInput());
     m_create->setEnabled(!m_newRate->currentText().trimmed().isEmpty() &&
                          m_newStart->hasAcceptableInput());

@@ -101,7 +101,7 @@ void TimecodePanel::Refresh()
 {
     const auto readings = m_desk.GetSession().GetTimecode();
     RefreshReadouts(readings);
-    m_simulator->Refresh(readings);
+    m_simulator->Refresh(m_desk.GetSession().GetSimulators(), readings);
     bool hasBoard = false;
     for (const Board& board : m_boards) {
         const bool isPlugged = board.widget->IsPlugged();

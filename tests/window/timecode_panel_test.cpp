@@ -54,6 +54,11 @@ protected:
     {
         return m_panel.findChild<QWidget*>(QString("readout ") + source) != nullptr;
     }
+    /// Waits for a source's first frame.
+    bool AwaitReadout(const char* source)
+    {
+        return SettleUntil([&] { return HasReadout(source); });
+    }
 
     TimecodePanel m_panel;
     std::vector<std::string> m_lines; // that were done
@@ -71,6 +76,7 @@ TEST_F(TimecodeWindow, SaysThatThereIsNoSource)
 TEST_F(TimecodeWindow, ShowsASimulatedSource)
 {
     Create("25", "10:00:00:00");
+    ASSERT_TRUE(AwaitReadout("sim 1"));
     EXPECT_FALSE(Get<QLabel>("timecodeNone").isVisible());
     ASSERT_TRUE(SettleUntil([&] { return GetText("direction sim 1") == "▶ forwards"; }));
     EXPECT_TRUE(SettleUntil([&] { return GetText("signal sim 1") == "● live"; }));
@@ -89,6 +95,7 @@ TEST_F(TimecodeWindow, ShowsASimulatedSource)
 TEST_F(TimecodeWindow, TellsOfASourceThatFellSilent)
 {
     Create("25", "10:00:00:00");
+    ASSERT_TRUE(AwaitReadout("sim 1"));
     Click("simStop");
     ASSERT_TRUE(SettleUntil([&] { return GetText("signal sim 1") == "○ silent"; }));
     EXPECT_EQ(GetText("rate sim 1"), "no rate");
@@ -101,6 +108,7 @@ TEST_F(TimecodeWindow, ASourceCanRunBackwards)
 {
     Get<QCheckBox>("simNewBackwards").setChecked(true);
     Create("ebu25", "10:00:10:00");
+    ASSERT_TRUE(AwaitReadout("sim 1"));
     ASSERT_TRUE(SettleUntil([&] { return GetText("direction sim 1") == "◀ backwards"; }));
     EXPECT_THAT(m_lines, ElementsAre("sim 1 create ebu25,start=10:00:10:00,backwards"));
 }
@@ -111,20 +119,22 @@ TEST_F(TimecodeWindow, SourcesMadeAtOnceGetNumbersOfTheirOwn)
     Push("simCreate");
     ASSERT_TRUE(SettleUntil([&] { return Get<QListWidget>("simList").count() == 2; }));
     EXPECT_EQ(m_errors, "");
-    EXPECT_TRUE(HasReadout("sim 1"));
-    EXPECT_TRUE(HasReadout("sim 2"));
+    EXPECT_TRUE(AwaitReadout("sim 1"));
+    EXPECT_TRUE(AwaitReadout("sim 2"));
     // A number that came free is given away again.
     Get<QListWidget>("simList").setCurrentRow(0);
     Click("simDestroy");
     EXPECT_FALSE(HasReadout("sim 1"));
     Create("25", "10:00:00:00", 2);
-    EXPECT_TRUE(HasReadout("sim 1"));
+    EXPECT_TRUE(AwaitReadout("sim 1"));
 }
 
 TEST_F(TimecodeWindow, ChangesTheSelectedSource)
 {
     Create("25", "10:00:00:00", 1);
     Create("25", "10:00:00:00", 2);
+    ASSERT_TRUE(AwaitReadout("sim 1"));
+    ASSERT_TRUE(AwaitReadout("sim 2"));
     Get<QListWidget>("simList").setCurrentRow(1);
     m_lines.clear();
     Get<QDoubleSpinBox>("simRate").setValue(-12.5);
@@ -142,6 +152,69 @@ TEST_F(TimecodeWindow, ChangesTheSelectedSource)
                                      "sim 2 jump 05:06:07:08", "sim 2 disable", "sim 2 enable"));
     EXPECT_THAT(GetText("time sim 1"), StartsWith("10:0"));
     EXPECT_EQ(m_errors, "");
+}
+
+TEST_F(TimecodeWindow, ShowsTheSelectedSourcesOwnValues)
+{
+    auto& list = Get<QListWidget>("simList");
+    const auto& rate = Get<QDoubleSpinBox>("simRate");
+    const auto& format = Get<QComboBox>("simFormat");
+    const auto& frame = Get<QLineEdit>("simFrame");
+    Create("24", "01:00:00:00", 1);
+    Get<QCheckBox>("simNewBackwards").setChecked(true);
+    Create("27", "20:00:00:00", 2);
+    ASSERT_TRUE(AwaitReadout("sim 1"));
+    ASSERT_TRUE(AwaitReadout("sim 2"));
+    list.setCurrentRow(0);
+    EXPECT_EQ(rate.value(), 24);
+    EXPECT_EQ(format.currentText(), "film24");
+    EXPECT_TRUE(frame.text().startsWith("01:00:")) << frame.text().toStdString();
+    list.setCurrentRow(1);
+    EXPECT_EQ(rate.value(), -27);
+    EXPECT_EQ(format.currentIndex(), -1); // no format runs at 27
+    EXPECT_FALSE(Get<QPushButton>("simSetFormat").isEnabled());
+    EXPECT_TRUE(frame.text().startsWith("20:00:00:00") || frame.text().startsWith("19:59:"))
+        << frame.text().toStdString();
+    // Also what is set elsewhere.
+    Do("sim 2 format smpte30");
+    EXPECT_EQ(rate.value(), 30);
+    EXPECT_EQ(format.currentText(), "smpte30");
+    Do("sim 2 stop");
+    EXPECT_TRUE(SettleUntil([&] {
+        return frame.text().toStdString() == GetState("timecode/sim 2/frame").get<std::string>();
+    }));
+}
+
+TEST_F(TimecodeWindow, KeepsWhatIsBeingEdited)
+{
+    auto& rate = Get<QDoubleSpinBox>("simRate");
+    auto& frame = Get<QLineEdit>("simFrame");
+    Create("25", "01:00:00:00");
+    ASSERT_TRUE(AwaitReadout("sim 1"));
+    rate.setValue(12);
+    frame.setText("02:00:00:00");
+    Do("sim 1 stop");
+    Do("sim 1 format film24");
+    EXPECT_EQ(rate.value(), 12);
+    EXPECT_EQ(frame.text(), "02:00:00:00");
+    EXPECT_EQ(Get<QComboBox>("simFormat").currentText(), "film24");
+    Click("simSetRate");
+    Do("sim 1 rate 30"); // what was edited is set, and follows the source again
+    EXPECT_EQ(rate.value(), 30);
+}
+
+TEST_F(TimecodeWindow, ListsASourceWithoutAFrame)
+{
+    Do("sim 1 create 25");
+    Do("sim 1 stop");
+    Do("sim 7 create 0.001");
+    auto& list = Get<QListWidget>("simList");
+    ASSERT_EQ(list.count(), 2);
+    list.setCurrentRow(1);
+    m_lines.clear();
+    Click("simDestroy");
+    EXPECT_THAT(m_lines, ElementsAre("sim 7 destroy"));
+    EXPECT_EQ(list.count(), 1);
 }
 
 TEST_F(TimecodeWindow, TakesNoFrameThatIsNone)
@@ -163,7 +236,7 @@ TEST_F(TimecodeWindow, TellsWhatWentWrong)
     EXPECT_THAT(GetText("timecodeStatus"), HasSubstr("'fast' is neither"));
     EXPECT_FALSE(HasReadout("sim 1"));
     Create("25", "10:00:00:00"); // the number was not used up
-    EXPECT_TRUE(HasReadout("sim 1"));
+    EXPECT_TRUE(AwaitReadout("sim 1"));
     EXPECT_FALSE(Get<QLabel>("timecodeStatus").isVisible());
 }
 

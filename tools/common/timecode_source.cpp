@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "common/timecode_source.h"
 
-#include <map>
 #include <sstream>
 #include <stdexcept>
 
@@ -15,11 +14,6 @@ namespace
 
 using namespace Hardware;
 
-const std::map<std::string, TimecodeFormat> FormatNames{{"film24", TimecodeFormat_Film24},
-                                                        {"ebu25", TimecodeFormat_Ebu25},
-                                                        {"ntsc30", TimecodeFormat_Ntsc30},
-                                                        {"smpte30", TimecodeFormat_Smpte30}};
-
 /// Highest rate of a simulated source; the pace has a resolution of one millisecond.
 constexpr double HighestRate = 1000.0;
 /// Lowest rate of a simulated source: one frame an hour.
@@ -27,8 +21,8 @@ constexpr double LowestRate = 1.0 / 3600.0;
 
 void ParseRate(const std::string& text, TimecodeSource& source)
 {
-    const auto format = FormatNames.find(text);
-    if (format != FormatNames.end()) {
+    const auto format = TimecodeSource::GetFormats().find(text);
+    if (format != TimecodeSource::GetFormats().end()) {
         source.named = true;
         source.format = format->second;
         source.rate = Timecode::toRate(format->second);
@@ -43,6 +37,15 @@ void ParseRate(const std::string& text, TimecodeSource& source)
 }
 
 } // namespace
+
+const std::map<std::string, TimecodeFormat>& TimecodeSource::GetFormats()
+{
+    static const std::map<std::string, TimecodeFormat> formats{{"film24", TimecodeFormat_Film24},
+                                                               {"ebu25", TimecodeFormat_Ebu25},
+                                                               {"ntsc30", TimecodeFormat_Ntsc30},
+                                                               {"smpte30", TimecodeFormat_Smpte30}};
+    return formats;
+}
 
 TimecodeSource TimecodeSource::Parse(const std::string& text)
 {

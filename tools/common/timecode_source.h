@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <map>
 #include <string>
 
 #include "hardware/timecode/device_sim.h"
@@ -20,6 +21,8 @@ struct TimecodeSource {
     Hardware::Timecode::Frame start;                                  ///< first frame emitted
     bool backwards = false;                                           ///< direction
 
+    /// Formats by the names that a description has for them.
+    static const std::map<std::string, Hardware::TimecodeFormat>& GetFormats();
     /// Reads a description; throws std::invalid_argument that says what is wrong.
     static TimecodeSource Parse(const std::string& text);
     /// A frame such as "10:20:30:12", with ; for drop frame. Throws std::invalid_argument for any

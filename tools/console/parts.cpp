@@ -86,6 +86,7 @@ void Session::Parts::Start()
     unsigned number = 0;
     for (const std::string& source : desk.GetData().simulate)
         Tools::TimecodeSource::Parse(source).StartOn(simulator, ++number);
+    NoteSimulators();
     StartMidi();
 }
 
@@ -108,6 +109,15 @@ void Session::Parts::Stop()
     ConsoleLightFading::End();
     wings.Stop();
     courier.reset();
+}
+
+void Session::Parts::NoteSimulators()
+{
+    std::map<unsigned, SimulatorState> noted;
+    for (const unsigned number : simulator.GetInstances())
+        noted[number] = {simulator.GetRate(number), simulator.GetFormat(number)};
+    const std::lock_guard hold(mutex);
+    simulators = std::move(noted);
 }
 
 double Session::Parts::GetSeconds() const

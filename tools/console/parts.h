@@ -37,6 +37,8 @@ struct Session::Parts {
     void TakeFrame(const std::string& source, const Hardware::Timecode::Frame& frame);
     /// Forgets a source.
     void ForgetTimecode(const std::string& source);
+    /// Notes how the simulated sources are set, for who does not take a turn.
+    void NoteSimulators();
     /// Returns once the application has acted on the messages that were posted before.
     void AwaitMessages();
     /// Has the settings shown, at once or by fades.
@@ -61,6 +63,7 @@ struct Session::Parts {
     std::mutex mutex;
     std::map<std::string, TimecodeMeter> meters;    // guarded by mutex
     std::map<std::string, std::int32_t> lastSecond; // guarded by mutex
+    std::map<unsigned, SimulatorState> simulators;  // guarded by mutex
     MidiState midiState;                            // guarded by mutex
     std::string lastMessage;                        // guarded by mutex
 

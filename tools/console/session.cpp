@@ -114,6 +114,12 @@ std::map<std::string, TimecodeReading> Session::GetTimecode() const
     return readings;
 }
 
+std::map<unsigned, SimulatorState> Session::GetSimulators() const
+{
+    const std::lock_guard hold(m_parts->mutex);
+    return m_parts->simulators;
+}
+
 MidiState Session::GetMidi() const
 {
     const std::lock_guard hold(m_parts->mutex);

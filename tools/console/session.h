@@ -33,6 +33,14 @@ struct MidiState {
     std::uint64_t sent = 0;     ///< bytes that arrived at the far ends of ports
 };
 
+/// How a simulated source of timecode is set.
+struct SimulatorState {
+    double rate = 0; ///< frames per second; negative while it runs backwards
+    Hardware::TimecodeFormat format = Hardware::TimecodeFormat_Invalid;
+
+    bool operator==(const SimulatorState&) const = default;
+};
+
 /// A virtual desk and a console's application that works it: the library is started as an
 /// application starts it, with wings, lights, MIDI, timecode, link lights and CD, and everything
 /// that a hand does to the desk, or that a user does to the application, is a verb.
@@ -77,6 +85,8 @@ public:
     const Desk::VirtualDesk& GetDesk() const;
     /// By name of the source, such as "ltc 0", "sim 1" and "cd".
     std::map<std::string, TimecodeReading> GetTimecode() const;
+    /// Simulated sources by number, as the last verb left them; also those without a frame so far.
+    std::map<unsigned, SimulatorState> GetSimulators() const;
     MidiState GetMidi() const;
     bool IsScreenSaverOn() const;
     /// Since the start.

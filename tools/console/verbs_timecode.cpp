@@ -22,12 +22,6 @@ constexpr int MostSources = 99;
 constexpr double HighestRate = 1000;
 constexpr double LongestDropout = 3600;
 
-const std::map<std::string, Hardware::TimecodeFormat> Formats{
-    {"film24", Hardware::TimecodeFormat_Film24},
-    {"ebu25", Hardware::TimecodeFormat_Ebu25},
-    {"ntsc30", Hardware::TimecodeFormat_Ntsc30},
-    {"smpte30", Hardware::TimecodeFormat_Smpte30}};
-
 /// A verb of one source; false for one that takes another form.
 struct SimVerb {
     const char* usage;
@@ -58,8 +52,9 @@ const std::map<std::string, SimVerb>& GetSimVerbs()
         {"format",
          {"sim NUMBER format film24|ebu25|ntsc30|smpte30", 1,
           [](DeviceSim& sim, unsigned n, const std::string& word) {
-              const auto format = Formats.find(word);
-              if (format == Formats.end())
+              const auto& formats = Tools::TimecodeSource::GetFormats();
+              const auto format = formats.find(word);
+              if (format == formats.end())
                   throw std::invalid_argument("'" + word +
                                               "' is none of film24, ebu25, ntsc30, smpte30");
               return sim.SetFormat(n, format->second);
@@ -86,6 +81,7 @@ void Create(Session::Parts& parts, unsigned number, const Words& words)
     if (std::find(all.begin(), all.end(), number) != all.end())
         throw std::runtime_error("there is a source " + std::to_string(number) + " already");
     Tools::TimecodeSource::Parse(words[2]).StartOn(parts.simulator, number);
+    parts.NoteSimulators();
 }
 
 void DoSim(Session::Parts& parts, const Words& words)
@@ -103,6 +99,7 @@ void DoSim(Session::Parts& parts, const Words& words)
     CheckCount(words, count, count, verb->second.usage);
     if (!verb->second.act(parts.simulator, number, words.back()))
         throw std::runtime_error("there is no simulated source " + words[0]);
+    parts.NoteSimulators();
     if (words[1] == "destroy")
         parts.ForgetTimecode("sim " + std::to_string(number));
 }
