@@ -103,9 +103,9 @@ FaultyDevice MakeWidget(const Desk::VirtualWidget& widget, const Conditions& con
     const Hardware::WingModel& model = widget.GetModel();
     const QStringList move = ListMove(widget);
     if (!move.isEmpty()) {
-        Fault fault = maker.Make({"midmove", "Unplug in mid-move",
-                                  "Moves a control and pulls the wing out while it moves", ""},
-                                 move + QStringList("unplug"));
+        Fault fault = maker.Make(
+            {"midmove", "Mid-move", "Moves a control and pulls the wing out while it moves", ""},
+            move + QStringList("unplug"));
         if (model.hasMotorFaders) // the motor is on its way too
             fault.begin.prepend("wing " + ToWord(path) + " motor " +
                                 QString::number(model.faders.front().second) + " 255");
@@ -124,9 +124,12 @@ FaultyDevice MakeBoard(const Desk::VirtualDesk& desk, const Desk::VirtualWidget&
 {
     FaultyDevice device = MakeWidget(widget, conditions);
     const FaultMaker maker("ltc " + ToWord(device.name), "", conditions);
-    Fault fault = maker.Make(
-        {"dropout", "Dropout of 1 s", "Hears nothing for a second, while timecode plays", ""},
-        {"dropout 1"});
+    Fault fault = maker.Make({"dropout", "Dropout of 1 s",
+                              "Hears nothing for a second, while timecode plays", "hears nothing"},
+                             {"dropout 1"});
+    fault.isInForce = [&desk, path = device.name.toStdString()] {
+        return desk.IsTimecodeDropped(path);
+    };
     fault.isPossible = [&desk, path = device.name.toStdString()] {
         return desk.IsTimecodePlaying(path);
     };

@@ -23,7 +23,7 @@ struct Fault {
     QStringList end = {};   ///< lines that mend it; none for what passes by itself
     /// The desk's data begins with it: that is as it should be, and mending leaves it.
     bool isDesksOwn = false;
-    /// Whether it is in force. Not asked for what passes by itself.
+    /// Whether it is in force; none for what is over as soon as its lines are done.
     std::function<bool()> isInForce = {};
     /// Whether it can be brought about now; none where it always can.
     std::function<bool()> isPossible = {};

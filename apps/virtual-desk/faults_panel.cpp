@@ -38,6 +38,23 @@ void SetBold(QLabel& label, bool bold)
     label.setFont(font);
 }
 
+/// A label of the usual size, with room around its text for a colour to be seen.
+LineLabel* MakeLine(QWidget* parent)
+{
+    constexpr int Around = 2;
+    auto* const label = new LineLabel(parent);
+    label->setFont(parent->font());
+    const int beside = label->fontMetrics().averageCharWidth();
+    label->setContentsMargins(beside, Around, beside, Around);
+    return label;
+}
+
+/// In force against the desk's data, and not passing by itself.
+bool IsToMend(const Fault& fault)
+{
+    return !fault.end.isEmpty() && !fault.isDesksOwn && fault.isInForce();
+}
+
 } // namespace
 
 FaultsPanel::FaultsPanel(DeskController& desk, QWidget* parent)
@@ -70,15 +87,14 @@ FaultsPanel::FaultsPanel(DeskController& desk, QWidget* parent)
 QWidget* FaultsPanel::MakeTop()
 {
     auto* const top = new QWidget(this);
-    m_summary = new QLabel(top);
+    m_summary = MakeLine(top);
     m_summary->setObjectName("faultSummary");
     m_mend = new QPushButton("&Mend everything", top);
     m_mend->setObjectName("mendEverything");
     m_mend->setToolTip("Undoes all that is in force");
     connect(m_mend, &QPushButton::clicked, this, &FaultsPanel::MendEverything);
     auto* const row = new QHBoxLayout(top);
-    row->addWidget(m_summary);
-    row->addStretch();
+    row->addWidget(m_summary, 1);
     row->addWidget(m_mend);
     return top;
 }
@@ -94,17 +110,18 @@ QWidget* FaultsPanel::MakeGroup(const FaultGroup& group, int mostFaults)
     // A column without anything would have no gap beside it.
     for (int fault = static_cast<int>(columns.size()); fault < mostFaults; ++fault)
         grid->addWidget(new QWidget(box), 0, FirstFaultColumn + fault);
-    grid->setColumnStretch(FirstFaultColumn + mostFaults, 1);
     m_grids.push_back(grid);
     return box;
 }
 
-/// Gives all groups columns of the same widths.
+/// Gives all groups columns of the same widths, which do not change with what is in force, so that
+/// no button moves under the hand. What a wide window has left over goes to the states.
 void FaultsPanel::LineUp()
 {
+    constexpr int MostTitle = 44; // characters; a tool tip has the rest
     QFont bold = font();
     bold.setBold(true);
-    const int state = QFontMetrics(bold).horizontalAdvance("without a disc, scratched");
+    const int state = QFontMetrics(bold).horizontalAdvance("unplugged, stuck");
     int title = 0;
     int button = 0;
     std::size_t most = 0;
@@ -114,10 +131,12 @@ void FaultsPanel::LineUp()
         for (const FaultRow& row : device.faults)
             button = std::max(button, row.button->sizeHint().width());
     }
+    title = std::min(title, MostTitle * fontMetrics().averageCharWidth());
     for (QGridLayout* const grid : m_grids) {
         grid->setColumnMinimumWidth(0, title);
-        // Of a fixed width, so that no button moves under the hand.
         grid->setColumnMinimumWidth(1, state);
+        grid->setColumnStretch(0, 1);
+        grid->setColumnStretch(1, 2);
         for (int fault = 0; fault < static_cast<int>(most); ++fault)
             grid->setColumnMinimumWidth(FirstFaultColumn + fault, button);
     }
@@ -131,7 +150,9 @@ FaultsPanel::DeviceRow FaultsPanel::MakeDevice(QGridLayout& grid, const FaultGro
     const auto line = static_cast<int>(index);
     const QString name = group.id + ' ' + device.name;
     DeviceRow row;
-    row.title = new QLabel(device.title, this);
+    row.name = device.name;
+    row.title = MakeLine(this);
+    row.title->ShowText(device.title);
     grid.addWidget(row.title, line, 0);
     for (const Fault& fault : device.faults) {
         QPushButton* const button = MakeButton(fault, name);
@@ -140,11 +161,9 @@ FaultsPanel::DeviceRow FaultsPanel::MakeDevice(QGridLayout& grid, const FaultGro
         grid.addWidget(button, line, FirstFaultColumn + static_cast<int>(column));
         row.faults.push_back({fault, button});
     }
-    row.state = new LineLabel(this);
-    row.state->setFont(font());
+    row.state = MakeLine(this);
     row.state->setObjectName("state " + name);
-    row.state->setAccessibleName("State of " + device.title);
-    row.state->setContentsMargins(fontMetrics().averageCharWidth(), 0, 0, 0);
+    row.state->setAccessibleDescription("State of " + device.title);
     grid.addWidget(row.state, line, 1);
     return row;
 }
@@ -172,7 +191,7 @@ void FaultsPanel::MendEverything()
     QStringList lines;
     for (const DeviceRow& device : m_devices)
         for (const FaultRow& row : device.faults)
-            if (!row.fault.end.isEmpty() && !row.fault.isDesksOwn && row.fault.isInForce())
+            if (IsToMend(row.fault))
                 lines += row.fault.end;
     // One line may mend more than one fault of a device.
     lines.removeDuplicates();
@@ -183,34 +202,53 @@ void FaultsPanel::MendEverything()
 void FaultsPanel::Refresh()
 {
     m_conditions = m_desk.GetDesk().GetConditions();
-    int count = 0;
-    for (DeviceRow& device : m_devices)
-        count += RefreshDevice(device);
-    m_mend->setEnabled(count > 0);
-    m_summary->setText(count == 0   ? QString("Everything is in order.")
-                       : count == 1 ? QString("One fault is in force.")
-                                    : QString::number(count) + " faults are in force.");
+    int faults = 0;
+    bool canMend = false;
+    QStringList desksOwn;
+    for (DeviceRow& device : m_devices) {
+        const Count count = RefreshDevice(device);
+        faults += count.faults;
+        if (count.desksOwn > 0)
+            desksOwn += device.name;
+        for (const FaultRow& row : device.faults)
+            canMend = canMend || IsToMend(row.fault);
+    }
+    m_mend->setEnabled(canMend);
+    ShowSummary(faults, desksOwn);
 }
 
-int FaultsPanel::RefreshDevice(DeviceRow& device)
+void FaultsPanel::ShowSummary(int faults, const QStringList& desksOwn)
+{
+    QString text = faults == 0   ? QString("Everything is in order.")
+                   : faults == 1 ? QString("One fault is in force.")
+                                 : QString::number(faults) + " faults are in force.";
+    if (!desksOwn.isEmpty())
+        text = (faults == 0 ? QString("No fault is in force.") : text) +
+               " Not in order since the desk's start: " + desksOwn.join(", ") + '.';
+    m_summary->ShowText(text);
+    MarkFault(*m_summary, faults > 0);
+}
+
+FaultsPanel::Count FaultsPanel::RefreshDevice(DeviceRow& device)
 {
     QStringList words;
-    int count = 0;
+    Count count;
     for (const FaultRow& row : device.faults) {
-        const bool lasts = !row.fault.end.isEmpty();
-        const bool isInForce = lasts && row.fault.isInForce();
+        const bool isInForce = row.fault.isInForce && row.fault.isInForce();
         if (isInForce) {
             words += row.fault.word;
-            count += row.fault.isDesksOwn ? 0 : 1;
+            ++(row.fault.isDesksOwn ? count.desksOwn : count.faults);
         }
         // A button that was clicked is ahead of its device until the lines are done.
-        if (lasts && !IsUnderWay(row.fault))
+        if (row.button->isCheckable() && !IsUnderWay(row.fault))
             row.button->setChecked(isInForce);
+        MarkFault(*row.button, isInForce && !row.fault.isDesksOwn);
         if (row.fault.isPossible)
             row.button->setEnabled(isInForce || row.fault.isPossible());
     }
     device.state->ShowText(words.isEmpty() ? Sound : words.join(", "));
-    SetBold(*device.state, count > 0);
+    SetBold(*device.state, count.faults > 0);
+    MarkFault(*device.state, count.faults > 0);
     return count;
 }
 

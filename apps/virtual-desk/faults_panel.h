@@ -20,7 +20,8 @@ namespace VirtualDesk
 ///
 /// Controls: for each fault of each device the button "fault GROUP DEVICE FAULT", such as "fault
 /// midi Keys busy", checked while it is in force; for each device the label "state GROUP DEVICE"
-/// with words for all that is in force. What the desk's data begins with is shown, but is no fault.
+/// with words for all that is in force. What the desk's data begins with is shown and named in the
+/// summary, but is no fault.
 /// The groups are widgets, ltc, midi, serial, cd and network; the faults of
 ///
 /// - widgets: unplug, stuck, midmove; ltc: these and dropout
@@ -43,7 +44,8 @@ private:
         QPushButton* button = nullptr;
     };
     struct DeviceRow {
-        QLabel* title = nullptr;
+        QString name;
+        LineLabel* title = nullptr;
         LineLabel* state = nullptr;
         std::vector<FaultRow> faults;
     };
@@ -57,7 +59,13 @@ private:
     void Toggle(const Fault& fault);
     void MendEverything();
     void Refresh();
-    int RefreshDevice(DeviceRow& device);
+    /// What of a device's faults is in force.
+    struct Count {
+        int faults = 0;
+        int desksOwn = 0; ///< as the desk's data begins
+    };
+    Count RefreshDevice(DeviceRow& device);
+    void ShowSummary(int faults, const QStringList& desksOwn);
     bool IsUnderWay(const Fault& fault) const;
     void ShowOutcome(const QString& line, const QString& error);
     void ClearOutcome();
@@ -68,7 +76,7 @@ private:
     std::vector<DeviceRow> m_devices;
     std::vector<QGridLayout*> m_grids; // one for each group
     QPushButton* m_mend = nullptr;
-    QLabel* m_summary = nullptr;
+    LineLabel* m_summary = nullptr;
     QLabel* m_status = nullptr;
 };
 

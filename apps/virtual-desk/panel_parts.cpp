@@ -28,11 +28,11 @@ void MakeSwitch(QAbstractButton& button)
     QObject::connect(&button, &QAbstractButton::toggled, &button, mark);
 }
 
-QLabel* MakeLabel(const QString& name, const QString& accessibleName)
+QLabel* MakeLabel(const QString& name, const QString& meaning)
 {
     auto* const label = new QLabel;
     label->setObjectName(name);
-    label->setAccessibleName(accessibleName);
+    label->setAccessibleDescription(meaning);
     label->setTextFormat(Qt::PlainText);
     return label;
 }
@@ -49,6 +49,24 @@ void ShowProblem(QLabel& label, const QString& line, const QString& error)
 {
     label.setText(error.isEmpty() ? QString() : QString("\u26A0 %1: %2").arg(line, error));
     label.setVisible(!error.isEmpty());
+}
+
+void MarkFault(QWidget& widget, bool isInForce)
+{
+    if (widget.testAttribute(Qt::WA_SetPalette) == isInForce)
+        return;
+    QPalette palette;
+    if (isInForce) {
+        // Light text on it can be read in light and in dark palettes.
+        const QColor red(176, 32, 32);
+        palette.setColor(QPalette::Window, red);
+        palette.setColor(QPalette::WindowText, Qt::white);
+        palette.setColor(QPalette::Button, red);
+        palette.setColor(QPalette::ButtonText, Qt::white);
+    }
+    widget.setPalette(palette);
+    if (qobject_cast<QLabel*>(&widget))
+        widget.setAutoFillBackground(isInForce);
 }
 
 QLineEdit* MakeFrameEdit(const QString& name, const QString& accessibleName)

@@ -20,13 +20,17 @@ QPushButton* MakeButton(const QString& name, const QString& text, const QString&
 /// may not be seen.
 void MakeSwitch(QAbstractButton& button);
 
-/// A label of plain text, named likewise.
-QLabel* MakeLabel(const QString& name, const QString& accessibleName);
+/// A label of plain text, named for tests. Who hears what is on the screen hears its text, and the
+/// meaning as its description.
+QLabel* MakeLabel(const QString& name, const QString& meaning);
 
 /// A label that wraps and tells what went wrong; hidden while nothing did.
 QLabel* MakeProblemLabel(const QString& name);
 /// Shows what went wrong with a line, or hides the label when nothing did.
 void ShowProblem(QLabel& label, const QString& line, const QString& error);
+
+/// Gives a label or a button the colour of a fault that is in force, or takes the colour back.
+void MarkFault(QWidget& widget, bool isInForce);
 
 /// A field for a frame such as 10:00:00:00; it has acceptable input when it holds one.
 QLineEdit* MakeFrameEdit(const QString& name, const QString& accessibleName);

@@ -251,6 +251,15 @@ void VirtualDesk::DropTimecode(const std::string& path, double seconds)
     tape.deafUntil = tape.place + std::llround(seconds * tape.sampleRate);
 }
 
+bool VirtualDesk::IsTimecodeDropped(const std::string& path) const
+{
+    if (!IsTimecodePlaying(path))
+        return false;
+    const std::lock_guard hold(m_mutex);
+    const auto found = m_tapes.find(path);
+    return found != m_tapes.end() && found->second->place < found->second->deafUntil;
+}
+
 std::string VirtualDesk::GetCondition(const std::string& name) const
 {
     const std::lock_guard hold(m_mutex);

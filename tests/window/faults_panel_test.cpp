@@ -3,10 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QImage>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
 #include <algorithm>
+#include <array>
+#include <map>
 
 #include "window/window_bench.h"
 
@@ -231,7 +234,8 @@ TEST_F(UnpluggedFaultsWindow, WhatTheDeskBeginsWithIsNoFault)
     EXPECT_EQ(GetText("state midi Spare"), "unplugged");
     EXPECT_EQ(GetText("state network eth1"), "down");
     EXPECT_TRUE(GetButton("fault midi Spare unplug").isChecked());
-    EXPECT_EQ(GetText("faultSummary"), "Everything is in order.");
+    EXPECT_EQ(GetText("faultSummary"),
+              "No fault is in force. Not in order since the desk's start: Spare, eth1.");
     EXPECT_FALSE(GetButton("mendEverything").isEnabled());
     Click("fault network eth0 down");
     Click("mendEverything");
@@ -240,6 +244,42 @@ TEST_F(UnpluggedFaultsWindow, WhatTheDeskBeginsWithIsNoFault)
     EXPECT_EQ(GetText("state midi Spare"), "unplugged");
     Click("fault midi Spare unplug");
     EXPECT_EQ(GetText("state midi Spare"), InOrder);
+    Click("fault network eth1 down");
+    EXPECT_EQ(GetText("faultSummary"), "Everything is in order.");
+}
+
+TEST_F(FaultsWindow, ABoardThatHearsNothingIsNotInOrder)
+{
+    Do("ltc board play " DATA_FOLDER "/ltc/timecode_25fps.flac loop");
+    EXPECT_EQ(GetText("faultSummary"), "Everything is in order.");
+    Do("ltc board dropout 3600");
+    EXPECT_EQ(GetText("state ltc board"), "hears nothing");
+    EXPECT_EQ(GetText("faultSummary"), "One fault is in force.");
+    EXPECT_FALSE(GetButton("mendEverything").isEnabled()); // it passes by itself
+    Do("ltc board dropout 0");
+    EXPECT_TRUE(SettleUntil([&] { return GetText("state ltc board") == InOrder; }));
+}
+
+TEST_F(FaultsWindow, WhatIsInForceHasAColourOfItsOwn)
+{
+    const auto getColour = [this](const char* name) {
+        auto* const widget = m_panel.findChild<QWidget*>(QString::fromLatin1(name));
+        const QImage image = widget->grab().toImage();
+        return image.pixelColor(image.width() - 6, image.height() / 2);
+    };
+    const std::array<const char*, 3> names{"fault cd cd busy", "state cd cd", "faultSummary"};
+    std::map<std::string, QColor> sound;
+    for (const char* const name : names)
+        sound[name] = getColour(name);
+    Click("fault cd cd busy");
+    for (const char* const name : names) {
+        EXPECT_NE(getColour(name), sound[name]) << name;
+        EXPECT_GT(getColour(name).red(), 2 * getColour(name).green()) << name;
+    }
+    EXPECT_NE(getColour("fault cd cd busy"), getColour("fault cd cd slow"));
+    Click("fault cd cd busy");
+    for (const char* const name : names)
+        EXPECT_EQ(getColour(name), sound[name]) << name;
 }
 
 TEST_F(FaultsWindow, ButtonsStayWhereTheyAre)

@@ -77,6 +77,8 @@ public:
     /// Lets the board hear nothing for so many seconds of the audio, as a bad cable does. Only
     /// while it plays: otherwise throws std::runtime_error.
     void DropTimecode(const std::string& path, double seconds);
+    /// Whether the board hears nothing because of that.
+    bool IsTimecodeDropped(const std::string& path) const;
 
     /// What was done to a device and lasts, such as "midi/Keys/busy" or "cd/scratch"; empty where
     /// nothing was. Any thread.
