@@ -32,7 +32,7 @@ LogPanel::LogPanel(DeskController& desk, QWidget* parent)
       m_view(new LogView(m_connection->GetFeed(), this)), m_status(MakeProblemLabel("logStatus"))
 {
     setObjectName("log");
-    m_status->setAccessibleName("What went wrong with the log last");
+    m_status->setAccessibleDescription("What went wrong with the log last");
 
     auto* const splitter = new QSplitter(this);
     splitter->addWidget(MakeContexts());

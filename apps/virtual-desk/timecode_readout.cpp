@@ -74,7 +74,7 @@ TimecodeReadout::TimecodeReadout(const QString& source, QWidget* parent)
 
     m_time = new FittingLabel("00:00:00:00");
     m_time->setObjectName("time " + source);
-    m_time->setAccessibleName("Last frame of " + source);
+    m_time->setAccessibleDescription("Last frame of " + source);
     m_time->setForegroundRole(QPalette::Text);
 
     m_rate = MakeNamed("rate", "Measured frames per second");

@@ -7,6 +7,7 @@
 #include <QToolTip>
 #include <utility>
 
+#include "virtual-desk/wing_accessible.h"
 #include "virtual-desk/wing_painter.h"
 #include "virtual-desk/wing_words.h"
 
@@ -31,6 +32,7 @@ WingView::WingView(const Desk::VirtualWidget& widget, WingHands& hands, QWidget*
       m_layout(widget.GetModel(), CountDisplays(widget)), m_displays(CountDisplays(widget)),
       m_faces(m_layout.GetControls().size())
 {
+    MakeWingsAccessible(); // before the first name, which has Qt ask how the view is to be known
     const QString path = QString::fromStdWString(widget.GetData().path);
     setObjectName("wing-" + path);
     setAccessibleName(QString::fromStdString(widget.GetModel().name) + ' ' + path);
@@ -118,8 +120,9 @@ void WingView::RefreshFaces()
         ControlFace face = ReadFace(m_widget, m_hands, controls[place]);
         if (face == m_faces[place])
             continue;
-        m_faces[place] = std::move(face);
+        const ControlFace before = std::exchange(m_faces[place], std::move(face));
         RepaintControl(place);
+        TellOfFace(*this, place, before);
         if (place == m_focus)
             DescribeFocused();
     }
@@ -208,6 +211,7 @@ void WingView::MoveFocus(std::size_t place)
     }
     RepaintControl(m_focus);
     DescribeFocused();
+    TellOfFocus(*this, place);
     Q_EMIT focusMoved(MapRect(m_layout.GetControls()[place].rect));
 }
 

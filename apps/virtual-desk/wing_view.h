@@ -15,7 +15,8 @@ namespace VirtualDesk
 {
 
 /// One widget's controls, painted as its model has them, to be worked with the mouse and the
-/// keyboard. Its objectName is "wing-" and the widget's path.
+/// keyboard. Its objectName is "wing-" and the widget's path. To those who read screens each
+/// control is a child of the view.
 ///
 /// Tab goes from group to group and on to the next view. The arrows go from control to control;
 /// where up and down turn or move one, Ctrl and an arrow do.
@@ -37,6 +38,7 @@ public:
     void LetGo();
 
     const WingLayout& GetLayout() const { return m_layout; }
+    WingHands& GetHands() const { return m_hands; }
     /// In the view's coordinates; empty for what the widget does not have.
     QRect GetRectOf(ControlKind kind, int index) const;
     /// What the view shows of a control; one that it does not have shows nothing.
