@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <algorithm>
 
+#include "virtual-desk/wing_style.h"
+
 namespace VirtualDesk
 {
 
@@ -25,7 +27,11 @@ const QString GigabitOff = QStringLiteral("not gigabit");
 void PaintLamp(QPainter& painter, const QRectF& place, bool on, const QColor& colour,
                const QPalette& palette)
 {
-    painter.setPen(QPen(palette.color(on ? QPalette::WindowText : QPalette::Mid), on ? 1 : 1.5));
+    // Colours of a palette for edges nearly vanish in a dark one.
+    constexpr double RingStrength = 0.6;
+    const QColor text = palette.color(QPalette::WindowText);
+    painter.setPen(on ? QPen(text, 1)
+                      : QPen(Mix(palette.color(QPalette::Window), text, RingStrength), 1.5));
     painter.setBrush(on ? QBrush(colour) : QBrush(Qt::NoBrush));
     painter.drawEllipse(place.adjusted(1, 1, -1, -1));
     if (!on)
