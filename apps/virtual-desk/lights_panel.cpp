@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "virtual-desk/lights_panel.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+#include <initializer_list>
 
 #include "virtual-desk/panel_parts.h"
 
@@ -16,6 +18,18 @@ namespace
 
 constexpr int StatusMargin = 8;
 
+/// Groups below one another.
+QWidget* MakeColumn(std::initializer_list<QWidget*> groups)
+{
+    auto* const column = new QWidget;
+    auto* const layout = new QVBoxLayout(column);
+    layout->setContentsMargins(0, 0, 0, 0);
+    for (QWidget* const group : groups)
+        layout->addWidget(group);
+    layout->addStretch();
+    return column;
+}
+
 } // namespace
 
 LightsPanel::LightsPanel(DeskController& desk, QWidget* parent)
@@ -24,34 +38,59 @@ LightsPanel::LightsPanel(DeskController& desk, QWidget* parent)
       m_networks(new NetworksView(desk, m_lines, this)), m_status(MakeProblemLabel("lightsStatus"))
 {
     setObjectName("lights");
-    auto* const left = new QVBoxLayout;
-    left->addWidget(MakeGroup("Displays", MakeDisplays()));
-    left->addWidget(MakeGroup("Lights", m_lights));
-    left->addStretch();
-    auto* const middle = new QVBoxLayout;
-    middle->addWidget(MakeGroup("Console", MakeActions()));
-    middle->addWidget(MakeGroup("Settings", m_settings));
-    middle->addStretch();
-    auto* const right = new QVBoxLayout;
-    right->addWidget(MakeGroup("Networks", m_networks));
-    right->addWidget(MakeGroup("Serial panels", MakeSerialViews()));
-    right->addStretch();
-
+    m_columns = {
+        MakeColumn({MakeGroup("Displays", MakeDisplays()), MakeGroup("Lights", m_lights)}),
+        MakeColumn({MakeGroup("Console", MakeActions()), MakeGroup("Settings", m_settings)}),
+        MakeColumn(
+            {MakeGroup("Networks", m_networks), MakeGroup("Serial panels", MakeSerialViews())})};
     auto* const content = new QWidget;
-    auto* const columns = new QHBoxLayout(content);
-    columns->addLayout(left, 3);
-    columns->addLayout(middle, 1);
-    columns->addLayout(right, 2);
-    m_status->setAccessibleName("What went wrong with the lights last");
+    m_grid = new QGridLayout(content);
+    for (QWidget* const column : m_columns)
+        column->setParent(content);
+    m_area = MakeScrollArea(content);
+    m_area->viewport()->installEventFilter(this);
+    ArrangeColumns();
+    m_status->setAccessibleDescription("What went wrong with the lights last");
     m_status->setMargin(StatusMargin);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(MakeScrollArea(content));
+    layout->addWidget(m_area);
     layout->addWidget(m_status);
 
     connect(&m_lines, &PendingLines::done, this, &LightsPanel::ShowOutcome);
     connect(&m_desk, &DeskController::refreshed, this, &LightsPanel::Refresh);
     Refresh();
+}
+
+/// The window may become too narrow for three columns, or wide enough.
+bool LightsPanel::eventFilter(QObject* object, QEvent* event)
+{
+    if (event->type() == QEvent::Resize)
+        ArrangeColumns();
+    return QWidget::eventFilter(object, event);
+}
+
+void LightsPanel::ArrangeColumns()
+{
+    constexpr std::array<int, 3> Stretches{3, 1, 2};
+    const QMargins margins = m_grid->contentsMargins();
+    int width = margins.left() + margins.right() + 2 * m_grid->horizontalSpacing();
+    for (const QWidget* const column : m_columns)
+        width += column->minimumSizeHint().width();
+    const bool isWide = width <= m_area->viewport()->width();
+    if (m_isWide == isWide)
+        return;
+    m_isWide = isWide;
+    for (QWidget* const column : m_columns)
+        m_grid->removeWidget(column);
+    m_grid->addWidget(m_columns[0], 0, 0, isWide ? 1 : 2, 1);
+    m_grid->addWidget(m_columns[1], 0, 1);
+    m_grid->addWidget(m_columns[2], isWide ? 0 : 1, isWide ? 2 : 1);
+    for (int column = 0; column < m_grid->columnCount(); ++column)
+        m_grid->setColumnStretch(
+            column, isWide || column < 2 ? Stretches.at(static_cast<std::size_t>(column)) : 0);
+    m_grid->setRowStretch(0, isWide ? 1 : 0);
+    m_grid->setRowStretch(1, isWide ? 0 : 1);
 }
 
 QWidget* LightsPanel::MakeDisplays()

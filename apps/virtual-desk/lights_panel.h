@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QBoxLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QWidget>
 #include <array>
+#include <optional>
 #include <vector>
 
 #include "virtual-desk/desk_controller.h"
@@ -32,7 +34,12 @@ class LightsPanel : public QWidget
 public:
     explicit LightsPanel(DeskController& desk, QWidget* parent = nullptr);
 
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
 private:
+    /// Puts the third column below the second where there is no room beside it.
+    void ArrangeColumns();
     QWidget* MakeDisplays();
     QWidget* MakeActions();
     QWidget* MakeSerialViews();
@@ -50,6 +57,10 @@ private:
     std::array<DisplayView*, 3> m_displays{}; // in the order of GetDisplays()
     std::vector<SerialView*> m_serialViews;
     QPushButton* m_screenSaver = nullptr;
+    QScrollArea* m_area = nullptr;
+    QGridLayout* m_grid = nullptr; // of the columns
+    std::array<QWidget*, 3> m_columns{};
+    std::optional<bool> m_isWide; // enough for three columns; none before they were arranged
     QLabel* m_status = nullptr;
 };
 

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "virtual-desk/log_view.h"
 
+#include <QEvent>
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QScrollBar>
 #include <QSplitter>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -65,16 +67,18 @@ LogView::LogView(LogFeed& feed, QWidget* parent)
 
 QLayout* LogView::MakeControls()
 {
-    auto* const row = new QHBoxLayout;
     m_filterText = new QLineEdit(this);
     m_filterText->setObjectName("logFilter");
     m_filterText->setAccessibleName("Show only lines with this text");
     m_filterText->setPlaceholderText("Filter: text, context or function");
     m_filterText->setClearButtonEnabled(true);
-    constexpr int LeastCharacters = 12;
-    m_filterText->setMinimumWidth(LeastCharacters * fontMetrics().averageCharWidth());
     connect(m_filterText, &QLineEdit::textChanged, &m_filter, &LogFilter::SetText);
-    row->addWidget(m_filterText, 1);
+    m_counts = new QLabel(this);
+    m_counts->setObjectName("logCounts");
+    auto* const first = new QHBoxLayout;
+    first->addWidget(m_filterText, 1);
+    first->addWidget(m_counts);
+    auto* const row = new QHBoxLayout;
     for (const unsigned level : Levels) {
         const QString name = QString::fromLatin1(Standalone::GetLevelName(level));
         auto* const tool = MakeTool(this, "show " + name, name);
@@ -90,13 +94,13 @@ QLayout* LogView::MakeControls()
     m_pause->setToolTip("Lines wait meanwhile, the newest 5000 of them");
     auto* const clear = MakeTool(this, "logClear", "&Clear");
     connect(clear, &QToolButton::clicked, this, &LogView::Clear);
-    m_counts = new QLabel(this);
-    m_counts->setObjectName("logCounts");
-    row->addSpacing(fontMetrics().averageCharWidth());
+    row->addStretch();
     row->addWidget(m_pause);
     row->addWidget(clear);
-    row->addWidget(m_counts);
-    return row;
+    auto* const rows = new QVBoxLayout;
+    rows->addLayout(first);
+    rows->addLayout(row);
+    return rows;
 }
 
 void LogView::MakeTable()
@@ -114,15 +118,36 @@ void LogView::MakeTable()
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
-    m_table->horizontalHeader()->setStretchLastSection(true);
     m_table->horizontalHeader()->setHighlightSections(false);
     m_table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    const std::array<int, LogModel::Text> characters{10, 9, 26, 30, 7};
+    m_table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    const std::array<int, LogModel::Text> characters{10, 9, 26, 26, 7};
     for (std::size_t column = 0; column < characters.size(); ++column)
         m_table->setColumnWidth(static_cast<int>(column),
                                 characters.at(column) * fontMetrics().averageCharWidth());
+    // Where there is no room for all, the text is what is seen.
+    m_table->horizontalHeader()->moveSection(LogModel::Text, LogModel::Context);
+    m_table->viewport()->installEventFilter(this);
     connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &LogView::ShowLine);
+}
+
+bool LogView::eventFilter(QObject* object, QEvent* event)
+{
+    if (event->type() == QEvent::Resize)
+        WidenText();
+    return QWidget::eventFilter(object, event);
+}
+
+/// Gives the text what the other columns leave, but no less than can be read.
+void LogView::WidenText()
+{
+    constexpr int LeastCharacters = 48;
+    int width = m_table->viewport()->width();
+    for (int column = 0; column < LogModel::Text; ++column)
+        width -= m_table->columnWidth(column);
+    m_table->setColumnWidth(LogModel::Text,
+                            std::max(width, LeastCharacters * fontMetrics().averageCharWidth()));
 }
 
 void LogView::MakeDetail()

@@ -32,9 +32,13 @@ public:
     /// Takes what the feed has.
     void Refresh();
 
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
 private:
     QLayout* MakeControls();
     void MakeTable();
+    void WidenText();
     void MakeDetail();
     void ChooseLevels();
     void Clear();
