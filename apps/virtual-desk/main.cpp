@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <QApplication>
 #include <QByteArrayList>
-#include <QColor>
 #include <QCommandLineParser>
 #include <QFile>
-#include <QPalette>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QSize>
 #include <QStringList>
 #include <clocale>
 #include <cstdio>
@@ -14,8 +15,8 @@
 #include "common/stop_signals.h"
 #include "desk/preload.h"
 #include "hardware/link_control.h"
-#include "virtual-desk/clear_style.h"
 #include "virtual-desk/main_window.h"
+#include "virtual-desk/window_palette.h"
 
 namespace
 {
@@ -26,30 +27,6 @@ int Fail(const char* message)
 {
     std::fprintf(stderr, "virtual-desk: %s\n", message);
     return Failure;
-}
-
-// NOLINTBEGIN(clang-analyzer-cplusplus.NewDeleteLeaks): the application owns its style
-void UseStyle(const QString& name)
-{
-    QApplication::setStyle(new VirtualDesk::ClearStyle(name));
-}
-// NOLINTEND(clang-analyzer-cplusplus.NewDeleteLeaks)
-
-/// False for one that there is not.
-bool UsePalette(const QString& name)
-{
-    if (name != "light" && name != "dark")
-        return false;
-    UseStyle(QStringLiteral("Fusion"));
-    // Of two colours the style makes all others.
-    const bool isDark = name == "dark";
-    QPalette palette(isDark ? QColor(53, 53, 53) : QColor(239, 239, 239),
-                     isDark ? QColor(42, 42, 42) : QColor(239, 239, 239));
-    palette.setColor(QPalette::Base, isDark ? QColor(30, 30, 30) : QColor(Qt::white));
-    palette.setColor(QPalette::Highlight, QColor(48, 140, 198));
-    palette.setColor(QPalette::HighlightedText, Qt::white);
-    QApplication::setPalette(palette);
-    return true;
 }
 
 /// Qt ends the program where it finds no display, so it is not asked there.
@@ -65,7 +42,17 @@ struct Options {
     QCommandLineOption pictures{
         "pictures", "Save a picture of each tab when all scripts are done, and end", "folder"};
     QCommandLineOption palette{"palette", "light or dark, in place of the system's", "name"};
+    QCommandLineOption size{"size", "Size of the window, in place of the one it had last",
+                            "WIDTHxHEIGHT"};
 };
+
+/// Empty for what is not a size.
+QSize ParseSize(const QString& text)
+{
+    static const QRegularExpression form("^(\\d{3,5})x(\\d{3,5})$");
+    const QRegularExpressionMatch match = form.match(text);
+    return match.hasMatch() ? QSize(match.captured(1).toInt(), match.captured(2).toInt()) : QSize();
+}
 
 void Describe(QCommandLineParser& parser, const Options& options)
 {
@@ -74,7 +61,7 @@ void Describe(QCommandLineParser& parser, const Options& options)
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument("file", "Desk file; data/desk has some");
-    parser.addOptions({options.script, options.pictures, options.palette});
+    parser.addOptions({options.script, options.pictures, options.palette, options.size});
 }
 
 /// Help and version, which need no display. They end the program.
@@ -88,6 +75,36 @@ void Answer(int argc, char** argv)
         parser.showVersion();
     if (parser.isSet("help"))
         parser.showHelp();
+}
+
+/// Ends once all scripts are done. Pictures are the same whatever the user likes.
+int SavePictures(VirtualDesk::DeskController& desk, VirtualDesk::MainWindow& window,
+                 const QString& folder, QSize size)
+{
+    bool isSaving = false;
+    const QObject context; // the connection ends with it
+    window.show();
+    QObject::connect(&desk, &VirtualDesk::DeskController::refreshed, &context, [&] {
+        if (!desk.IsIdle() || std::exchange(isSaving, true))
+            return;
+        const bool isSaved = window.SavePictures(
+            folder, size.isEmpty() ? VirtualDesk::MainWindow::PreferredSize : size);
+        QApplication::exit(isSaved && window.CountFailures() == 0 ? 0 : Failure);
+    });
+    return QApplication::exec();
+}
+
+/// Shows the window as the user left it, but for a size that is not empty.
+int Show(VirtualDesk::MainWindow& window, QSize size)
+{
+    QSettings settings(QSettings::IniFormat, QSettings::UserScope, "libhardware", "virtual-desk");
+    window.RestoreLayout(settings);
+    if (!size.isEmpty())
+        window.resize(size);
+    window.show();
+    const int result = QApplication::exec();
+    window.SaveLayout(settings);
+    return result;
 }
 
 int Run(int argc, char** argv)
@@ -108,10 +125,12 @@ int Run(int argc, char** argv)
     parser.process(application);
     if (parser.positionalArguments().size() != 1)
         return Fail("a desk file, please; data/desk has some");
-    UseStyle(QString());
-    if (parser.isSet(options.palette) && !UsePalette(parser.value(options.palette)))
+    VirtualDesk::UseStyle(QString());
+    if (parser.isSet(options.palette) && !VirtualDesk::UsePalette(parser.value(options.palette)))
         return Fail("the palette is light or dark");
-
+    const QSize size = ParseSize(parser.value(options.size));
+    if (parser.isSet(options.size) && size.isEmpty())
+        return Fail("the size is WIDTHxHEIGHT, such as 1280x900");
     QByteArrayList scripts;
     for (const QString& name : parser.values(options.script)) {
         QFile file(name);
@@ -123,21 +142,13 @@ int Run(int argc, char** argv)
     VirtualDesk::DeskController desk(
         Desk::ReadDesk(parser.positionalArguments().front().toStdString()));
     VirtualDesk::MainWindow window(desk);
-    bool isSaving = false;
     for (const QByteArray& text : scripts)
         if (!window.DoScript(text))
             return Fail("a script has no line to do");
-    window.show();
-    if (parser.isSet(options.pictures))
-        QObject::connect(&desk, &VirtualDesk::DeskController::refreshed, &window, [&] {
-            if (desk.IsIdle() && !std::exchange(isSaving, true))
-                QApplication::exit(window.SavePictures(parser.value(options.pictures)) &&
-                                           window.CountFailures() == 0
-                                       ? 0
-                                       : Failure);
-        });
     const Tools::StopSignals signals([] { QApplication::quit(); });
-    return QApplication::exec();
+    return parser.isSet(options.pictures)
+               ? SavePictures(desk, window, parser.value(options.pictures), size)
+               : Show(window, size);
 }
 
 } // namespace

@@ -34,7 +34,8 @@ namespace
 {
 
 constexpr int MostLines = 2000;
-constexpr QSize PreferredSize(1280, 900);
+constexpr char GeometryKey[] = "window/geometry";
+constexpr char DocksKey[] = "window/docks";
 
 /// Keeps the end in sight where it was, also when a long line brings a bar that takes some room.
 void KeepEnd(QScrollBar& bar)
@@ -133,12 +134,14 @@ void MainWindow::ShowProgress()
     QStringList parts{Describe(m_desk.GetProgress()), Describe(script)};
     parts.removeAll(QString());
     m_progress->ShowText(parts.join("   "));
+    m_progress->setVisible(!parts.isEmpty()); // otherwise the message has its room
     m_stop->setVisible(!script.line.empty() || script.waiting > 0);
 }
 
 void MainWindow::AddPanels()
 {
-    m_tabs->addTab(new SurfacePanel(m_desk, m_tabs), tr("Surface"));
+    m_surface = new SurfacePanel(m_desk, m_tabs);
+    m_tabs->addTab(m_surface, tr("Surface"));
     m_tabs->addTab(new TimecodePanel(m_desk, m_tabs), tr("Timecode"));
     m_tabs->addTab(new MidiPanel(m_desk, m_tabs), tr("MIDI"));
     m_tabs->addTab(new LightsPanel(m_desk, m_tabs), tr("Lights"));
@@ -270,9 +273,23 @@ bool MainWindow::DoScript(const QByteArray& text)
     return !lines.isEmpty();
 }
 
-bool MainWindow::SavePictures(const QString& folder)
+void MainWindow::SaveLayout(QSettings& settings) const
 {
-    resize(PreferredSize); // whatever the screen
+    settings.setValue(GeometryKey, saveGeometry());
+    settings.setValue(DocksKey, saveState());
+    m_surface->SaveZoom(settings);
+}
+
+void MainWindow::RestoreLayout(const QSettings& settings)
+{
+    restoreGeometry(settings.value(GeometryKey).toByteArray());
+    restoreState(settings.value(DocksKey).toByteArray());
+    m_surface->RestoreZoom(settings);
+}
+
+bool MainWindow::SavePictures(const QString& folder, QSize size)
+{
+    resize(size);
     bool isSaved = QDir().mkpath(folder);
     for (int tab = 0; tab < m_tabs->count(); ++tab) {
         m_tabs->setCurrentIndex(tab);

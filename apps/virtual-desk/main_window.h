@@ -4,6 +4,8 @@
 #include <QMainWindow>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSettings>
+#include <QSize>
 #include <QTabWidget>
 #include <QTimer>
 
@@ -12,6 +14,8 @@
 
 namespace VirtualDesk
 {
+
+class SurfacePanel;
 
 /// The window: a tab for each panel, the events, and the lines of text that everything becomes.
 ///
@@ -24,6 +28,8 @@ class MainWindow : public QMainWindow
     Q_OBJECT
 
 public:
+    static constexpr QSize PreferredSize{1280, 900};
+
     explicit MainWindow(DeskController& desk, QWidget* parent = nullptr);
 
     /// Has the lines of a file done, up to the first that fails.
@@ -32,9 +38,13 @@ public:
     bool DoScript(const QByteArray& text);
     /// Lines that went wrong so far.
     int CountFailures() const { return m_failures; }
-    /// Makes a picture of the window with each of its tabs, named by the tab. False when one cannot
-    /// be written.
-    bool SavePictures(const QString& folder);
+    /// Makes a picture of the window, of a size whatever the screen, with each of its tabs, named
+    /// by the tab. False when one cannot be written.
+    bool SavePictures(const QString& folder, QSize size = PreferredSize);
+    /// Keeps the window's size and place, its docks and how large wings are shown.
+    void SaveLayout(QSettings& settings) const;
+    /// Takes what was kept; what was not stays as it is.
+    void RestoreLayout(const QSettings& settings);
     /// Lines that were done and went well, oldest first: a script that does it all again.
     QStringList GetScript() const { return m_script; }
 
@@ -53,6 +63,7 @@ private:
 
     DeskController& m_desk;
     QTabWidget* m_tabs;
+    SurfacePanel* m_surface = nullptr;
     QPlainTextEdit* m_events;
     QPlainTextEdit* m_lines;
     LineLabel* m_message;

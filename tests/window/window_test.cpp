@@ -6,23 +6,31 @@
 
 #include <gmock/gmock.h>
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QCompleter>
 #include <QDir>
 #include <QDockWidget>
 #include <QImage>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPalette>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QScrollBar>
+#include <QSettings>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QToolTip>
 #include <fstream>
 #include <set>
 
 #include "support/wait.h"
 #include "virtual-desk/line_box.h"
+#include "virtual-desk/line_label.h"
 #include "virtual-desk/log_model.h"
+#include "virtual-desk/window_palette.h"
 #include "window/window_bench.h"
 
 namespace
@@ -271,6 +279,78 @@ TEST_F(Window, ShowsAndHidesTheDocksFromTheMenu)
     EXPECT_FALSE(dock.isVisible());
     show->trigger();
     EXPECT_TRUE(dock.isVisible());
+}
+
+TEST_F(Window, RemembersItsSizeAndItsDocks)
+{
+    const QTemporaryDir folder;
+    QSettings settings(folder.filePath("settings.ini"), QSettings::IniFormat);
+    const auto find = [](VirtualDesk::MainWindow& window, const char* name) -> QDockWidget& {
+        return Find<QDockWidget>(window, name);
+    };
+    m_window.resize(700, 500);
+    find(m_window, "lineDock").hide();
+    m_window.addDockWidget(Qt::TopDockWidgetArea, &find(m_window, "eventDock"));
+    QCoreApplication::processEvents();
+    m_window.close(); // kept after it was closed, as a user ends it
+    m_window.SaveLayout(settings);
+
+    VirtualDesk::MainWindow other(Desk());
+    EXPECT_NE(other.size(), m_window.size());
+    other.RestoreLayout(settings);
+    other.show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(other.size(), m_window.size());
+    EXPECT_FALSE(find(other, "lineDock").isVisible());
+    EXPECT_TRUE(find(other, "eventDock").isVisible());
+    EXPECT_EQ(other.dockWidgetArea(&find(other, "eventDock")), Qt::TopDockWidgetArea);
+}
+
+TEST_F(Window, ToolTipsFollowTheChosenPalette)
+{
+    for (const char* const name : {"dark", "light"}) {
+        ASSERT_TRUE(VirtualDesk::UsePalette(name));
+        const QPalette window = QApplication::palette();
+        const QPalette tips = QToolTip::palette();
+        EXPECT_EQ(tips.color(QPalette::ToolTipBase), window.color(QPalette::Base)) << name;
+        EXPECT_EQ(tips.color(QPalette::ToolTipText), window.color(QPalette::WindowText)) << name;
+    }
+    EXPECT_FALSE(VirtualDesk::UsePalette("pink"));
+}
+
+TEST_F(Window, CutsNothingOffInASmallWindow)
+{
+    m_window.resize(1024, 700);
+    EXPECT_EQ(m_window.size(), QSize(1024, 700));
+    auto& tabs = Find<QTabWidget>(m_window, "tabs");
+    for (int tab = 0; tab < tabs.count(); ++tab) {
+        tabs.setCurrentIndex(tab);
+        Settle();
+        for (const QLabel* const label : m_window.findChildren<QLabel*>()) {
+            // Some shorten or break their text themselves.
+            if (!label->isVisible() || label->wordWrap() ||
+                qobject_cast<const VirtualDesk::LineLabel*>(label))
+                continue;
+            EXPECT_GE(label->width(), label->minimumSizeHint().width())
+                << label->text().toStdString();
+        }
+        for (const QAbstractButton* const button : m_window.findChildren<QAbstractButton*>()) {
+            QString text = button->text();
+            EXPECT_TRUE(!button->isVisible() || button->fontMetrics().horizontalAdvance(
+                                                    text.remove('&')) <= button->width())
+                << text.toStdString();
+        }
+        // Wings are as wide as they are, and "Fit" fits them.
+        for (const QScrollArea* const area : m_window.findChildren<QScrollArea*>()) {
+            if (!area->isVisible() || area->objectName() == "wings-area")
+                continue;
+            EXPECT_EQ(area->horizontalScrollBar()->maximum(), 0) << tabs.tabText(tab).toStdString();
+        }
+    }
+    const auto& log = Find<QTableView>(m_window, "logLines");
+    const int text = VirtualDesk::LogModel::Text;
+    EXPECT_LE(log.columnViewportPosition(text) + log.columnWidth(text), log.viewport()->width());
+    EXPECT_GE(log.columnWidth(text), log.fontMetrics().averageCharWidth() * 40);
 }
 
 TEST_F(Window, SavesAPictureOfEachTab)
