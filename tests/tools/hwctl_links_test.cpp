@@ -139,6 +139,8 @@ TEST_F(HwctlLinks, FollowEveryChange)
                             "link lights: console off; fixture up",
                             "link lights: console up, gigabit; fixture up",
                             "link lights: console up, gigabit; fixture up, gigabit",
+                            // An adapter goes down before it is removed.
+                            "link lights: console up, gigabit; fixture off",
                             "link lights: console up, gigabit; fixture off"));
 }
 
@@ -155,10 +157,10 @@ TEST_F(HwctlLinks, FollowUntilInterrupted)
 
 TEST_F(HwctlLinks, AStepThatCannotBeDoneFailsTheRun)
 {
-    const auto run = RunHwctl(
-        {"--virtual", "links", "--work", Write("0 eth7 up\n0.01 eth0 down"), "--for", DaySeconds});
+    const std::string script = Write("0 eth7 up\n0.01 eth0 down");
+    const auto run = RunHwctl({"--virtual", "links", "--work", script, "--for", DaySeconds});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_EQ(run.err, "hwctl: there is no network adapter 'eth7'\n");
+    EXPECT_EQ(run.err, "hwctl: " + script + ":1: there is no network adapter 'eth7'\n");
     EXPECT_THAT(GetLinkLines(run, "network console"), Contains("eth0 down"));
 }
 
