@@ -35,6 +35,8 @@ protected:
         m_path = name;
         m_near = open(name, O_RDWR | O_NOCTTY);
         EXPECT_EQ(tcgetattr(m_near, &m_before), 0);
+        // Whoever runs this may ignore hangups, which a child takes over and the command respects.
+        m_process.setChildProcessModifier([] { std::signal(SIGHUP, SIG_DFL); });
     }
     ~HwctlSerialLine() override
     {

@@ -89,7 +89,8 @@ bool ShowLights(const CommonOptions& options, const Arguments& arguments)
         run.Run({Tools::LightStep::Parse(arguments.atOnce ? "apply" : "change")});
         run.Print();
     }
-    CheckLights(tap);
+    if (areKept) // otherwise the caller reports that
+        CheckLights(tap);
     return areKept;
 }
 
