@@ -54,6 +54,14 @@ TEST(HwctlBacklight, WorksTheChipOfModelNine)
     EXPECT_THAT(run.out, HasSubstr("  right: chip holds '255' of 255, 0 for brightest\n"));
 }
 
+TEST(HwctlBacklight, FailsWhereTheChipDidNotTakeTheLevel)
+{
+    // The library writes it with a blank in front, which the kernel reads no number from.
+    const auto run = RunHwctl({"backlight", "--virtual", "--console", "9", "--right", "90"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.out, HasSubstr("right level 90: failed, the chip "));
+}
+
 TEST(HwctlBacklight, SaysWhichSidesThereAreNot)
 {
     const auto run = RunHwctl({"backlight", "--virtual", "--console", "14", "--left", "20"});
@@ -169,6 +177,15 @@ TEST(HwctlSerial, OpensWithItsSettings)
     EXPECT_THAT(run.GetLines(),
                 ElementsAre("/dev/ttyS2 open: 9600 baud, parity odd, flow control xonxoff",
                             "1 bytes sent", "0 bytes received"));
+}
+
+TEST(HwctlSerial, SaysWhatHoldsWhereThePortDoesNotTakeTheSpeed)
+{
+    const auto run = RunHwctl({"--virtual", "serial", "/dev/ttyS2", "--baud", "230400"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "hwctl: /dev/ttyS2 does not take 230400 baud, parity none, flow control "
+                       "none; it holds 9600 baud, parity none, flow control none\n");
 }
 
 TEST(HwctlSerial, FailsWithoutAPort)

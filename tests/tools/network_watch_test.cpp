@@ -15,7 +15,7 @@ namespace
 
 using Os::NetworkAdapter;
 
-/// Tells of no change.
+/// Reports no change.
 class NoNews : public Standalone::AdapterNews
 {
 public:

@@ -9,9 +9,9 @@
 namespace Tools
 {
 
-// Why something that is to be done to a wing cannot reach it, such as "PlaybackWing/291 has no
-// motor faders"; empty when it can. Slots of the wing mapper and of the beacon leave such calls out
-// without a word. A key of an unknown model has no problem here.
+// Each returns why a call cannot reach a wing, such as "PlaybackWing/291 has no motor faders", or
+// an empty text when it can. The slots of the wing mapper and of the beacon ignore such calls
+// silently. For a key of an unknown model the text is empty.
 
 /// The LED of a part and a master.
 std::string FindLedProblem(std::uint32_t key, unsigned pid, unsigned mid);

@@ -122,7 +122,7 @@ void CheckDisplayRegisters(bool isForced)
     const std::string problem = DisplayRegisters().FindProblem();
     if (!problem.empty())
         throw CommandError("this computer has " + problem +
-                           "; --force writes to these physical addresses nevertheless");
+                           "; use --force to write to these physical addresses nevertheless");
 }
 
 } // namespace Hwctl

@@ -65,8 +65,7 @@ private:
     std::size_t m_count = 0;
 };
 
-/// What is printed to a program that has ended is a failure of the print, and not the end of this
-/// one, for as long as it lives.
+/// While it lives, printing to a program that has ended fails instead of ending this one.
 class NoPipeSignal
 {
 public:
@@ -106,7 +105,7 @@ void Open(Serial& serial, const Arguments& arguments)
     std::fflush(stdout);
 }
 
-/// Talks until the end and puts the port's settings back, whatever comes.
+/// Talks until the end and puts the port's settings back in every case.
 SerialTalk::Result Talk(const Arguments& arguments, const std::vector<std::uint8_t>& bytes)
 {
     std::optional<SerialTalk> talk;
@@ -137,7 +136,7 @@ SerialTalk::Result Talk(const Arguments& arguments, const std::vector<std::uint8
     SerialTalk::Result result = talk->Run();
     talk.reset(); // before its descriptor is closed
     if (std::ferror(stdout) != 0 && result.problem.empty())
-        result.problem = "what came cannot be printed";
+        result.problem = "the output cannot be written";
     return result;
 }
 

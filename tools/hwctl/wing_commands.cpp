@@ -49,7 +49,7 @@ struct WingWork {
     std::function<void(WidgetKey)> act;
 };
 
-/// Ends the command where nothing can be done to the wing: the mapper's slots would say nothing.
+/// Throws CommandError if the call cannot reach the wing: the mapper's slots ignore it silently.
 void CheckWing(WidgetKey key, const WingWork& work)
 {
     const std::string name = Tools::GetWingName(key);
