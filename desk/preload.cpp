@@ -3,8 +3,10 @@
 
 #include <dlfcn.h>
 #include <link.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <initializer_list>
@@ -19,8 +21,11 @@ namespace Desk
 namespace
 {
 
-/// Set for the second start, so that there is no third.
+/// Set for the second start, so that there is no third, to the name that the program had.
 constexpr char StartedAnew[] = "DESK_STARTED_WITH_PRELOAD";
+
+/// Of a thread's name, with the zero behind it.
+constexpr std::size_t NameSize = 16;
 
 /// Keeps what the user had in LD_PRELOAD over the second start.
 constexpr char PreloadBefore[] = "DESK_PRELOAD_BEFORE";
@@ -70,7 +75,10 @@ bool IsPreloaded()
 // NOLINTBEGIN(concurrency-mt-unsafe)
 const char* EnsurePreloaded(char** arguments)
 {
-    const bool startedAnew = std::getenv(StartedAnew) != nullptr;
+    const char* const nameBefore = std::getenv(StartedAnew);
+    const bool startedAnew = nameBefore != nullptr;
+    if (startedAnew)
+        prctl(PR_SET_NAME, nameBefore);
     unsetenv(StartedAnew);
     if (IsPreloaded()) {
         // Not for the programs that this one may start: they get what the user had.
@@ -98,7 +106,10 @@ const char* EnsurePreloaded(char** arguments)
         preload += std::string(":") + before;
     }
     setenv("LD_PRELOAD", preload.c_str(), 1);
-    setenv(StartedAnew, "1", 1);
+    // The name that ps shows and pkill finds: a program started as /proc/self/exe is called "exe".
+    std::array<char, NameSize> name{};
+    prctl(PR_GET_NAME, name.data());
+    setenv(StartedAnew, name.data(), 1);
     execv("/proc/self/exe", arguments);
     return "the program could not be started anew with the preloaded libraries";
 }

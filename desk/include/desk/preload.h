@@ -8,7 +8,7 @@ namespace Desk
 bool IsPreloaded();
 
 /// Makes sure of that: starts the program anew with the libraries preloaded, once, and otherwise
-/// returns. To be called first thing in main().
+/// returns. It keeps its name, by which ps and pkill know it. To be called first thing in main().
 ///
 /// @return an empty text when the libraries are there, else what is missing
 const char* EnsurePreloaded(char** arguments);
