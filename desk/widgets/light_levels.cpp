@@ -23,7 +23,19 @@ const char* GetName(std::uint8_t channel, const std::string& model)
     return ChannelNames.at(channel - 1U);
 }
 
+constexpr char Displays[] = "displays";
+
 } // namespace
+
+std::vector<std::string> GetLightNames(const Hardware::WingModel& model)
+{
+    std::vector<std::string> names;
+    for (const std::uint8_t channel : model.dimmers)
+        names.emplace_back(GetName(channel, model.name));
+    if (!model.lcds.empty())
+        names.emplace_back(Displays);
+    return names;
+}
 
 std::vector<LightLevel> GetLightLevels(const VirtualWidget& widget)
 {
@@ -33,7 +45,7 @@ std::vector<LightLevel> GetLightLevels(const VirtualWidget& widget)
         if (const int level = widget.GetDimmer(channel); level >= 0)
             levels.push_back({GetName(channel, model.name), level});
     if (const int level = widget.GetLcdBrightness(0); level >= 0 && !model.lcds.empty())
-        levels.push_back({"displays", level});
+        levels.push_back({Displays, level});
     return levels;
 }
 

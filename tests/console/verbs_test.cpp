@@ -101,7 +101,10 @@ TEST_F(WingVerbs, WingsComeAndGo)
 
 TEST_F(WingVerbs, WhatMakesNoSenseIsRefused)
 {
-    EXPECT_EQ(Do("widget nowhere plug"), "there is no widget at 'nowhere'");
+    EXPECT_THAT(Do("widget nowhere plug"),
+                StartsWith("there is no widget at 'nowhere'; there are bar, "));
+    EXPECT_THAT(Do("widget moter plug"),
+                StartsWith("there is no widget at 'moter'; the nearest is motor; "));
     EXPECT_EQ(Do("widget motor jump"), "there is no verb 'jump'");
     EXPECT_EQ(Do("widget motor press"), "press takes one number");
     EXPECT_EQ(Do("widget motor press x"), "only numbers follow the verb");
@@ -110,8 +113,19 @@ TEST_F(WingVerbs, WhatMakesNoSenseIsRefused)
     EXPECT_EQ(Do("wing motor dance"), "a wing knows no 'dance'");
     EXPECT_EQ(Do("wing motor leds blue"), "'blue' is none of dim, flash, off, on");
     EXPECT_EQ(Do("wing motor motor 1 256"), "'256' is not a number from 0 to 255");
-    EXPECT_EQ(Do("dance"), "there is no verb 'dance'");
+    EXPECT_THAT(Do("dance"), StartsWith("there is no verb 'dance'; there are adapter, "));
+    EXPECT_THAT(Do("wiget motor plug"), HasSubstr("; the nearest is widget; "));
+    EXPECT_EQ(Console::Session::FindVerb("Expect"), "expect");
     EXPECT_EQ(Do(""), "there is no verb");
+}
+
+TEST_F(WingVerbs, NamesCountWhateverTheirCase)
+{
+    Expect("Widget MOTOR press 3");
+    Expect("wing Motor leds on");
+    Expect("expect Widgets/MOTOR/leds/0 = on");
+    Expect("show lights/worklight/LEVEL");
+    EXPECT_THAT(GetShown().back(), StartsWith("lights/WorkLight/level = "));
 }
 
 TEST_F(WingVerbs, WhatAWidgetDoesNotHaveIsRefused)
@@ -232,7 +246,7 @@ TEST_F(MidiVerbs, PortsFail)
     Expect("midi Show busy on");
     Expect("input Show");
     EXPECT_THAT(GetEvents("midi Show: cannot be opened"), SizeIs(1));
-    EXPECT_EQ(Do("midi Nobody plug"), "there is no MIDI port 'Nobody'");
+    EXPECT_EQ(Do("midi Nobody plug"), "there is no MIDI port 'Nobody'; there are Stage Keys, Show");
     EXPECT_EQ(Do("send 9"), "'9' is no row of hexadecimal bytes");
     EXPECT_EQ(Do("midi Show dance"), "a MIDI port knows no 'dance'");
 }
@@ -280,8 +294,9 @@ TEST_F(TimecodeVerbs, BoardsHearAudioAndSingleFrames)
     Expect("until \"timecode/ltc 0/lost\" > 0 within 20");
     Expect("ltc ltc stop");
     for (const char* const verb : {"play x.wav", "stop", "dropout 1", "frame 01:02:03:04"})
-        EXPECT_EQ(Do("ltc motor " + std::string(verb)), "'motor' is no LTC board");
-    EXPECT_EQ(Do("ltc nowhere stop"), "there is no widget at 'nowhere'");
+        EXPECT_EQ(Do("ltc motor " + std::string(verb)),
+                  "there is no LTC board at 'motor'; there is ltc");
+    EXPECT_EQ(Do("ltc nowhere stop"), "there is no LTC board at 'nowhere'; there is ltc");
     EXPECT_THAT(Do("ltc ltc play nowhere.wav"), HasSubstr("nowhere.wav"));
     EXPECT_EQ(Do("ltc ltc play /dev/zero"), "'/dev/zero' is no file");
     EXPECT_EQ(Do("ltc ltc dance"), "an LTC board knows no 'dance'");
@@ -453,7 +468,9 @@ TEST_F(DeskVerbs, SerialLinesFail)
     Expect("serial /dev/ttyS1 plug");
     Expect("expect conditions/serial/ttyS1/plugged = nothing");
     Expect("expect conditions/serial/ttyS1/slow = nothing"); // a fresh line
-    EXPECT_EQ(Do("serial /dev/ttyS9 plug"), "there is no serial line '/dev/ttyS9'");
+    EXPECT_THAT(
+        Do("serial /dev/ttyS9 plug"),
+        StartsWith("there is no serial line '/dev/ttyS9'; the nearest are /dev/ttyS0 and "));
     EXPECT_EQ(Do("serial /dev/ttyS0 dance"), "a serial line knows no 'dance'");
 }
 
@@ -473,5 +490,6 @@ TEST_F(DeskVerbs, LogMasksAreSet)
 {
     Expect("log Hardware/Midi 31");
     EXPECT_EQ(Do("log Hardware/Midi 32"), "'32' is not a number from 0 to 31");
-    EXPECT_EQ(Do("log Nowhere 3"), "there is no log context 'Nowhere'");
+    EXPECT_THAT(Do("log Nowhere 3"), StartsWith("there is no log context 'Nowhere'; there are "));
+    EXPECT_THAT(Do("log Hardware/Mid 3"), HasSubstr("the nearest is Hardware/Midi;"));
 }

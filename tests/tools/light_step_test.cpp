@@ -125,9 +125,10 @@ TEST(LightSetting, IsReadBackAsItIsShown)
 
 TEST(LightSetting, SaysWhatIsWrong)
 {
-    EXPECT_THAT(GetSettingProblem("lamp=5"),
-                testing::StartsWith("'lamp=5' is not NAME=VALUE; there are left right "));
-    EXPECT_NE(GetSettingProblem("leds"), "");
+    EXPECT_THAT(GetSettingProblem("lamp=5"), testing::StartsWith("there is no setting 'lamp'; "));
+    EXPECT_THAT(GetSettingProblem("worx=5"), testing::HasSubstr("; the nearest is work; "));
+    EXPECT_EQ(GetSettingProblem("LEDS=5"), "");
+    EXPECT_EQ(GetSettingProblem("leds"), "'leds' is not NAME=VALUE");
     EXPECT_EQ(GetSettingProblem("leds=on"), "'on' is not a level from 0 to 100");
     EXPECT_EQ(GetSettingProblem("blue=5"), "'5' is neither on nor off");
 }

@@ -25,6 +25,7 @@ TEST(WingName, ReadsNamesAndNumbers)
 {
     EXPECT_EQ(ParseWingKey("PlaybackWing/291"), 0x10123U);
     EXPECT_EQ(ParseWingKey("PlaybackWing/0x123"), 0x10123U);
+    EXPECT_EQ(ParseWingKey("playbackwing/291"), 0x10123U);
     EXPECT_EQ(ParseWingKey("65827"), 0x10123U);
     EXPECT_EQ(ParseWingKey("0x10123"), 0x10123U);
     EXPECT_EQ(ParseWingKey("0xFFFFFFFF"), 0xFFFFFFFFU);

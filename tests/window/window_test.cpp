@@ -110,7 +110,7 @@ TEST_F(Window, DoesTypedLinesAndKeepsThemAsAScript)
     EXPECT_EQ(message.text().toStdString(), Desk().GetDesk().GetData().description);
     Type("dance");
     EXPECT_THAT(GetText("lines"), HasSubstr("# dance: there is no verb 'dance'"));
-    EXPECT_EQ(message.text(), "dance: there is no verb 'dance'");
+    EXPECT_TRUE(message.text().startsWith("dance: there is no verb 'dance'; "));
     EXPECT_GT(message.width(), 200);
     EXPECT_EQ(m_window.GetScript(), QStringList{"light vent=12"});
 }

@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "common/near_names.h"
 #include "common/number.h"
 
 namespace Tools
@@ -18,20 +19,20 @@ namespace
 
 using Hardware::ConsoleLightId;
 
-constexpr std::array<const char*, Hardware::ConsoleLightCount> Names{"LeftBacklight",
-                                                                     "RightBacklight",
-                                                                     "CenterBacklight",
-                                                                     "WingLeds",
-                                                                     "Lcds",
-                                                                     "KeyboardDrawerLight",
-                                                                     "VentLight",
-                                                                     "WorkLight",
-                                                                     "BlueDeskLight",
-                                                                     "WhiteDeskLight",
-                                                                     "ProgrammerWingLeds",
-                                                                     "DeskProgrammerDimmer6",
-                                                                     "DeskProgrammerDimmer7",
-                                                                     "DeskProgrammerDimmer8"};
+constexpr std::array<const char*, Hardware::ConsoleLightCount> LightNames{"LeftBacklight",
+                                                                          "RightBacklight",
+                                                                          "CenterBacklight",
+                                                                          "WingLeds",
+                                                                          "Lcds",
+                                                                          "KeyboardDrawerLight",
+                                                                          "VentLight",
+                                                                          "WorkLight",
+                                                                          "BlueDeskLight",
+                                                                          "WhiteDeskLight",
+                                                                          "ProgrammerWingLeds",
+                                                                          "DeskProgrammerDimmer6",
+                                                                          "DeskProgrammerDimmer7",
+                                                                          "DeskProgrammerDimmer8"};
 
 /// What the light settings call some of them.
 constexpr std::array<std::pair<const char*, ConsoleLightId>, 3> OtherNames{
@@ -54,7 +55,7 @@ std::string ToLower(std::string text)
 
 const char* GetLightName(ConsoleLightId id)
 {
-    return Names.at(id);
+    return LightNames.at(id);
 }
 
 ConsoleLightId ParseLight(const std::string& text)
@@ -63,21 +64,21 @@ ConsoleLightId ParseLight(const std::string& text)
     for (const auto& [name, id] : OtherNames)
         if (wanted == name)
             return id;
-    std::string all;
-    std::size_t found = Names.size();
+    Tools::Names all;
+    std::size_t found = LightNames.size();
     int count = 0;
-    for (std::size_t id = 0; id < Names.size(); ++id) {
-        const std::string name = ToLower(Names[id]);
+    for (std::size_t id = 0; id < LightNames.size(); ++id) {
+        const std::string name = ToLower(LightNames[id]);
         if (name == wanted)
             return static_cast<ConsoleLightId>(id);
         if (!wanted.empty() && name.starts_with(wanted)) {
             found = id;
             ++count;
         }
-        all += std::string(" ") + Names[id];
+        all.emplace_back(LightNames[id]);
     }
     if (count != 1)
-        throw std::invalid_argument("'" + text + "' is not one light; there are" + all);
+        throw std::invalid_argument("'" + text + "' is not one light" + SuggestNames(text, all));
     return static_cast<ConsoleLightId>(found);
 }
 

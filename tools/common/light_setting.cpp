@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "common/light_name.h"
+#include "common/near_names.h"
 
 namespace Tools
 {
@@ -72,19 +73,21 @@ void ChangeLightSetting(LightSettings& settings, const std::string& text)
 {
     const std::size_t equals = text.find('=');
     const std::string name = text.substr(0, equals);
-    std::string all;
+    if (equals == std::string::npos)
+        throw std::invalid_argument("'" + text + "' is not NAME=VALUE");
+    Names names;
+    for (const Setting& setting : Settings)
+        names.emplace_back(setting.name);
+    const std::string chosen = ChooseName("setting", name, names);
     for (const Setting& setting : Settings) {
-        all += std::string(" ") + setting.name;
-        if (name != setting.name || equals == std::string::npos)
+        if (chosen != setting.name)
             continue;
         const std::string value = text.substr(equals + 1);
         if (const auto* const level = std::get_if<uires16 LightSettings::*>(&setting.field))
             settings.** level = ParseLevel(value);
         else
             settings.*std::get<bool LightSettings::*>(setting.field) = ParseSwitch(value);
-        return;
     }
-    throw std::invalid_argument("'" + text + "' is not NAME=VALUE; there are" + all);
 }
 
 } // namespace Tools

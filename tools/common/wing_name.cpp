@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "common/near_names.h"
 #include "standalone/wing_table.h"
 
 namespace Tools
@@ -50,12 +51,17 @@ std::uint32_t ParseWingKey(const std::string& text)
     const std::size_t slash = text.find('/');
     if (slash == std::string::npos && ParseNumber(text, LargestKey, number))
         return static_cast<std::uint32_t>(number);
-    const Hardware::WingModel* const model =
-        slash == std::string::npos ? nullptr : Standalone::FindWingModel(text.substr(0, slash));
-    if (!model || !model->kind || !ParseNumber(text.substr(slash + 1), LargestSerialNumber, number))
+    if (slash == std::string::npos ||
+        !ParseNumber(text.substr(slash + 1), LargestSerialNumber, number))
         throw std::invalid_argument("'" + text +
                                     "' is no wing: MODEL/SERIAL, such as PlaybackWing/291, or the "
                                     "number of its key");
+    Names names;
+    for (const Hardware::WingModel& each : Standalone::GetWingModels())
+        if (each.kind)
+            names.push_back(each.name);
+    const Hardware::WingModel* const model =
+        Standalone::FindWingModel(ChooseName("model of wings", text.substr(0, slash), names));
     return *model->kind << 16U | static_cast<std::uint32_t>(number);
 }
 

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "common/midi_sender.h"
+#include "console/desk_names.h"
 #include "console/message_courier.h"
 #include "console/session.h"
 #include "hardware/cd_player.h"
@@ -56,6 +57,7 @@ struct Session::Parts {
     const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
     const Tools::EventTaker take;
     Desk::VirtualDesk desk;
+    DeskNames names{desk.GetData()};
 
     std::mutex verbMutex;
     std::mutex serialMutex; // one at a time plugs and unplugs lines

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "common/number.h"
+#include "console/limits.h"
 
 namespace Console
 {
@@ -17,7 +18,6 @@ namespace
 using nlohmann::json;
 
 constexpr double DefaultPatience = 10;
-constexpr double LongestWait = 1e6;
 constexpr double LookSeconds = 0.02;
 
 std::optional<double> ToDouble(const std::string& text)
@@ -57,21 +57,19 @@ const std::map<std::string, bool (*)(double, double)>& GetComparisons()
 
 void Expect(const Session& session, const Words& words)
 {
-    const Condition condition = Condition::Parse(words);
     const json state = session.GetState();
+    const Condition given = Condition::Parse(words);
+    const Condition condition = given.WithPath(session.FindPath(given.GetPath(), state));
     if (!condition.Holds(state))
         throw ExpectationError("expected " + condition.GetText() + ", found " +
                                condition.GetFound(state));
 }
 
-void Until(const Session& session, Words words, const std::function<bool(double)>& pause)
+void Until(const Session& session, const Words& words, const std::function<bool(double)>& pause)
 {
-    double patience = DefaultPatience;
-    if (words.size() == 5 && words[3] == "within") {
-        patience = ToNumber(words[4], 0, LongestWait);
-        words.resize(3);
-    }
-    const Condition condition = Condition::Parse(words);
+    const auto [given, patience] = ParseUntil(words);
+    const Condition condition =
+        given.WithPath(session.FindPath(given.GetPath(), session.GetState()));
     const double end = session.GetSeconds() + patience;
     for (;;) {
         const json state = session.GetState();
@@ -100,6 +98,33 @@ std::vector<ScriptLine> ParseDeskScript(const std::string& text)
                 {line.substr(begin, line.find_last_not_of(" \t\r") - begin + 1), number});
     }
     return lines;
+}
+
+const std::vector<VerbHelp>& GetScriptVerbs()
+{
+    static const std::vector<VerbHelp> verbs{
+        {"wait SECONDS", "waits"},
+        {"expect PATH =|!=|<|>|<=|>= VALUE", "fails unless it holds"},
+        {"until PATH =|!=|<|>|<=|>= VALUE [within SECONDS]", "waits until it holds"},
+        {"show PATH", "prints what stands there"}};
+    return verbs;
+}
+
+Patience ParseUntil(Words words)
+{
+    double patience = DefaultPatience;
+    if (words.size() == 5 && words[3] == "within") {
+        patience = ToNumber(words[4], 0, Limits::LongestWait);
+        words.resize(3);
+    }
+    return {Condition::Parse(words), patience};
+}
+
+Condition Condition::WithPath(const std::string& path) const
+{
+    Condition condition = *this;
+    condition.m_path = path;
+    return condition;
 }
 
 Condition Condition::Parse(const Words& words)
@@ -171,11 +196,11 @@ void DoScriptLine(Session& session, const std::string& text,
 {
     const std::string line = WithoutRemark(text);
     Words words = SplitWords(line);
-    const std::string verb = words.empty() ? std::string() : words.front();
+    const std::string verb = words.empty() ? std::string() : Session::FindVerb(words.front());
     const auto rest = [&words] { return Words(words.begin() + 1, words.end()); };
     if (verb == "wait") {
         CheckCount(rest(), 1, 1, "wait SECONDS");
-        if (!pause(ToNumber(words[1], 0, LongestWait)))
+        if (!pause(ToNumber(words[1], 0, Limits::LongestWait)))
             throw std::runtime_error("interrupted");
     } else if (verb == "expect") {
         Expect(session, rest());
@@ -184,8 +209,9 @@ void DoScriptLine(Session& session, const std::string& text,
     } else if (verb == "show") {
         CheckCount(rest(), 1, 1, "show PATH");
         const json state = session.GetState();
-        const json* const found = FindInState(state, words[1]);
-        print(words[1] + " = " + (found ? ToText(*found) : "nothing"));
+        const std::string path = session.FindPath(words[1], state);
+        const json* const found = FindInState(state, path);
+        print(path + " = " + (found ? ToText(*found) : "nothing"));
     } else {
         session.Do(line);
     }

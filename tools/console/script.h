@@ -32,6 +32,9 @@ class Condition
 public:
     /// PATH OPERATOR VALUE, the operator one of = != < > <= >=. Throws std::invalid_argument.
     static Condition Parse(const std::vector<std::string>& words);
+    const std::string& GetPath() const { return m_path; }
+    /// The same about another path, such as this one as the state has it.
+    Condition WithPath(const std::string& path) const;
     /// Such as "cd/status = playing".
     const std::string& GetText() const { return m_text; }
     /// Throws std::invalid_argument where numbers are compared with what is none.
@@ -46,17 +49,24 @@ private:
     std::string m_value;
 };
 
+/// A condition to wait for, and for how long at most.
+struct Patience {
+    Condition condition;
+    double seconds = 0;
+};
+
+/// PATH OPERATOR VALUE [within SECONDS]; ten seconds if not told. Throws std::invalid_argument.
+Patience ParseUntil(Words words);
+
+/// What a line can be besides the verbs of a session.
+const std::vector<VerbHelp>& GetScriptVerbs();
+
 /// What a state holds at a path such as "widgets/motor/leds/10"; null where there is nothing.
 const nlohmann::json* FindInState(const nlohmann::json& state, const std::string& path);
 
-/// Does one line: a verb of the session, or one of
-///
-/// - wait SECONDS
-/// - expect PATH OPERATOR VALUE: must hold now
-/// - until PATH OPERATOR VALUE [within SECONDS]: must come to hold; ten seconds if not told
-/// - show PATH: prints what stands there
-///
-/// Throws ExpectationError, and what Session::Do() throws.
+/// Does one line: a verb of the session, or one of GetScriptVerbs(). A path that the state cannot
+/// have is wrong; one where nothing stands yet is not. Throws ExpectationError, and what
+/// Session::Do() throws.
 /// @param pause waits so many seconds, or less when it was told to stop, and then returns false
 /// @param print takes what is to be printed
 void DoScriptLine(Session& session, const std::string& text,

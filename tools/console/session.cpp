@@ -4,7 +4,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "common/near_names.h"
 #include "console/parts.h"
+#include "console/script.h"
 #include "console/verb.h"
 
 namespace Console
@@ -65,15 +67,31 @@ void Session::Do(const std::string& command)
     Words words = SplitWords(command);
     if (words.empty())
         throw std::invalid_argument("there is no verb");
+    words.front() = FindVerb(words.front());
+    words = m_parts->names.Resolve(std::move(words));
     const auto act = GetTable().acts.find(words.front());
     if (act == GetTable().acts.end())
-        throw std::invalid_argument("there is no verb '" + words.front() + "'");
-    const bool takesTurn = !GetTable().free.contains(words.front());
-    words.erase(words.begin());
+        throw std::invalid_argument("'" + words.front() + "' is a step of scripts, not a verb");
     std::unique_lock turn(m_parts->verbMutex, std::defer_lock);
-    if (takesTurn)
+    if (!GetTable().free.contains(words.front()))
         turn.lock();
-    act->second(*m_parts, words);
+    act->second(*m_parts, Words(words.begin() + 1, words.end()));
+    m_parts->names.Note(words);
+}
+
+std::string Session::FindVerb(const std::string& word)
+{
+    Tools::Names verbs;
+    for (const auto& [verb, act] : GetTable().acts)
+        verbs.push_back(verb);
+    for (const VerbHelp& help : GetScriptVerbs())
+        verbs.push_back(help.usage.substr(0, help.usage.find(' ')));
+    return Tools::ChooseName("verb", word, verbs);
+}
+
+std::string Session::FindPath(const std::string& path, const nlohmann::json& state) const
+{
+    return m_parts->names.FindPath(path, state);
 }
 
 const std::vector<VerbHelp>& Session::GetVerbs()

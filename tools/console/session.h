@@ -61,8 +61,9 @@ public:
     Session& operator=(const Session&) = delete;
 
     /// Does one verb, such as "widget motor press 71" or "light work=20/2". Words with blanks stand
-    /// in double quotes. Throws std::invalid_argument for what is no verb, and std::runtime_error
-    /// for what cannot be done now.
+    /// in double quotes; the verb and names of devices count whatever their case. Throws
+    /// std::invalid_argument for what is not a verb, and std::runtime_error for what cannot be done
+    /// now.
     void Do(const std::string& command);
     /// Whether a verb lets a stuck device go, such as "serial /dev/ttyS0 resume". Such a verb takes
     /// no turn: it can be done while another one waits for the device.
@@ -71,6 +72,14 @@ public:
     void Release();
     /// Every verb, in groups of what they work on.
     static const std::vector<VerbHelp>& GetVerbs();
+    /// The verb, or step of a script, that a word stands for, whatever its case. Throws
+    /// std::invalid_argument with the nearest ones and all that there are for any other word.
+    static std::string FindVerb(const std::string& word);
+
+    /// A path of what GetState() tells, whatever the case of its letters. Something need not stand
+    /// there yet. Throws std::invalid_argument with the nearest ones for a path that there cannot
+    /// be. Any thread.
+    std::string FindPath(const std::string& path, const nlohmann::json& state) const;
 
     /// Everything that can be seen, for tests and scripts; see docs/virtual-desk.md. Any thread.
     nlohmann::json GetState() const;

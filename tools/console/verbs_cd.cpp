@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "common/cd_step.h"
+#include "console/limits.h"
 #include "console/verb.h"
 #include "desk/cue_sheet.h"
 #include "watch/cd_facts.h"
@@ -19,8 +20,6 @@ namespace
 
 using Tools::CdStep;
 
-constexpr int LongestTrack = 5999;
-constexpr int LongestDelay = 60000;
 constexpr unsigned MicrosecondsPerMillisecond = 1000;
 
 Desk::CdDrive& GetDrive(Session::Parts& parts)
@@ -38,7 +37,7 @@ Desk::CdDisc MakeDisc(const Words& words)
         return Tools::MakeVirtualDisc("");
     if (words[1] == "data") {
         CheckCount(words, 3, 3, "cd insert data SECONDS");
-        return Desk::CdDisc::MakeData(ToInteger(words[2], 1, LongestTrack));
+        return Desk::CdDisc::MakeData(ToInteger(words[2], 1, Limits::LongestTrack));
     }
     if (words[1] != "tracks") {
         CheckCount(words, 2, 2, "cd insert FILE");
@@ -47,7 +46,7 @@ Desk::CdDisc MakeDisc(const Words& words)
     CheckCount(words, 3, 2 + Desk::CdMaximumTracks, "cd insert tracks SECONDS...");
     std::vector<int> seconds;
     for (std::size_t word = 2; word < words.size(); ++word)
-        seconds.push_back(ToInteger(words[word], 1, LongestTrack));
+        seconds.push_back(ToInteger(words[word], 1, Limits::LongestTrack));
     return Desk::CdDisc::MakeAudio(seconds);
 }
 
@@ -61,7 +60,7 @@ void SetCondition(Session::Parts& parts, const std::string& name, bool isOn)
 void SetDelay(Session::Parts& parts, Desk::CdDrive& drive, const Words& words)
 {
     CheckCount(words, 2, 2, "cd slow MILLISECONDS");
-    const int delay = ToInteger(words[1], 0, LongestDelay);
+    const int delay = ToInteger(words[1], 0, Limits::LongestDelay);
     drive.SetDelay(static_cast<unsigned>(delay) * MicrosecondsPerMillisecond);
     parts.desk.SetCondition("cd/slow", delay > 0 ? words[1] : "");
 }

@@ -2,10 +2,11 @@
 
 // Network adapters, serial lines and the log.
 
-#include <algorithm>
 #include <stdexcept>
 
+#include "common/log_contexts.h"
 #include "common/network_script.h"
+#include "console/limits.h"
 #include "console/verb.h"
 #include "standalone/log_masks.h"
 
@@ -15,15 +16,13 @@ namespace Console
 namespace
 {
 
-constexpr int LongestDelay = 60000;
-constexpr int MostFlaps = 10000;
 constexpr unsigned MicrosecondsPerMillisecond = 1000;
 
 void DoAdapter(Session::Parts& parts, const Words& words)
 {
     CheckCount(words, 2, 3, "adapter NAME VERB [WORD]");
     if (words.size() == 3 && words[1] == "flap")
-        ToInteger(words[2], 1, MostFlaps);
+        ToInteger(words[2], 1, Limits::MostFlaps);
     const std::string text = words.size() == 3 ? words[1] + " " + words[2] : words[1];
     Tools::NetworkScript::Do(Tools::NetworkScript::ParseAct(words[0], text),
                              parts.desk.GetNetwork());
@@ -38,7 +37,7 @@ void DoSerial(Session::Parts& parts, const Words& words)
     const std::string& verb = words[1];
     if (verb == "slow") {
         CheckCount(words, 3, 3, "serial DEVICE slow MILLISECONDS");
-        const int delay = ToInteger(words[2], 0, LongestDelay);
+        const int delay = ToInteger(words[2], 0, Limits::LongestDelay);
         line.SetDelay(static_cast<unsigned>(delay) * MicrosecondsPerMillisecond);
         parts.desk.SetCondition(name + "slow", delay > 0 ? words[2] : "");
         return;
@@ -68,13 +67,9 @@ void DoSerial(Session::Parts& parts, const Words& words)
 
 void SetLog(Session::Parts&, const Words& words)
 {
-    constexpr int AllLevels = 31;
     CheckCount(words, 2, 2, "log CONTEXT MASK");
-    const auto contexts = Standalone::ListLogContexts();
-    if (std::none_of(contexts.begin(), contexts.end(),
-                     [&](const auto& context) { return context.path == words[0]; }))
-        throw std::invalid_argument("there is no log context '" + words[0] + "'");
-    Standalone::SetLogMask(words[0], static_cast<unsigned>(ToInteger(words[1], 0, AllLevels)));
+    Standalone::SetLogMask(Tools::FindLogContext(words[0]),
+                           static_cast<unsigned>(ToInteger(words[1], 0, Limits::AllLevels)));
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "common/light_setting.h"
 #include "common/light_step.h"
 #include "common/light_work.h"
+#include "console/limits.h"
 #include "console/verb.h"
 #include "os/thread.h"
 #include "standalone/light_settings.h"
@@ -29,7 +30,7 @@ void NoteScreenSaver(Session::Parts& parts, LightStep::Kind kind)
 
 void DoLight(Session::Parts& parts, const Words& words)
 {
-    CheckCount(words, 1, 100, "light STEP...");
+    CheckCount(words, 1, Limits::MostSteps, "light STEP...");
     std::vector<LightStep> steps;
     for (const std::string& word : words)
         steps.push_back(LightStep::Parse(word));
@@ -47,7 +48,7 @@ void DoLight(Session::Parts& parts, const Words& words)
 
 void DoSetting(Session::Parts&, const Words& words)
 {
-    CheckCount(words, 1, 100, "setting NAME=VALUE...");
+    CheckCount(words, 1, Limits::MostSteps, "setting NAME=VALUE...");
     Standalone::ChangeLightSettings([&words](Standalone::LightSettings& settings) {
         for (const std::string& word : words)
             Tools::ChangeLightSetting(settings, word);

@@ -8,6 +8,7 @@
 #include "common/hex.h"
 #include "common/midi_text.h"
 #include "common/port_name.h"
+#include "console/limits.h"
 #include "console/verb.h"
 
 namespace Console
@@ -16,8 +17,6 @@ namespace Console
 namespace
 {
 
-/// So much goes into a port at once; more could wait for whoever reads.
-constexpr std::size_t MostBytes = 4000;
 constexpr std::chrono::seconds FeedPatience(2);
 constexpr unsigned ArrivalMilliseconds = 500;
 
@@ -31,8 +30,9 @@ std::vector<std::uint8_t> ToBytes(const Words& words, std::size_t first)
     const auto bytes = Tools::ParseHex(text);
     if (!bytes || bytes->empty())
         throw std::invalid_argument("'" + text + "' is no row of hexadecimal bytes");
-    if (bytes->size() > MostBytes)
-        throw std::invalid_argument("more than " + std::to_string(MostBytes) + " bytes at once");
+    if (bytes->size() > Limits::MostBytes)
+        throw std::invalid_argument("more than " + std::to_string(Limits::MostBytes) +
+                                    " bytes at once");
     return *bytes;
 }
 
@@ -67,7 +67,7 @@ void Feed(Desk::MidiPort& port, const Words& words)
 
 void DoPort(Session::Parts& parts, const Words& words)
 {
-    CheckCount(words, 2, MostBytes, "midi PORT VERB ...");
+    CheckCount(words, 2, Limits::MostBytes, "midi PORT VERB ...");
     Desk::MidiPort& port = parts.desk.GetPort(words[0]);
     const std::string& verb = words[1];
     if (verb == "plug") {

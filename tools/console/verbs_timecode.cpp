@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "common/timecode_source.h"
+#include "console/limits.h"
 #include "console/verb.h"
 #include "desk/ltc_time.h"
 
@@ -18,13 +19,10 @@ namespace
 
 using Hardware::Timecode::DeviceSim;
 
-constexpr int MostSources = 99;
-constexpr double HighestRate = 1000;
-constexpr double LongestDropout = 3600;
-
 /// A verb of one source; false for one that takes another form.
 struct SimVerb {
     const char* usage;
+    const char* text;
     std::size_t words; ///< behind the verb
     std::function<bool(DeviceSim&, unsigned, const std::string&)> act;
 };
@@ -33,24 +31,24 @@ const std::map<std::string, SimVerb>& GetSimVerbs()
 {
     static const std::map<std::string, SimVerb> verbs{
         {"start",
-         {"sim NUMBER start", 0,
+         {"sim NUMBER start", "lets a source run on from where it stands", 0,
           [](DeviceSim& sim, unsigned n, const std::string&) { return sim.Start(n); }}},
         {"stop",
-         {"sim NUMBER stop", 0,
+         {"sim NUMBER stop", "lets it stand where it is", 0,
           [](DeviceSim& sim, unsigned n, const std::string&) { return sim.Stop(n); }}},
         {"enable",
-         {"sim NUMBER enable", 0,
+         {"sim NUMBER enable", "lets it emit frames", 0,
           [](DeviceSim& sim, unsigned n, const std::string&) { return sim.Enable(n); }}},
         {"disable",
-         {"sim NUMBER disable", 0,
+         {"sim NUMBER disable", "keeps it from emitting; its clock goes on", 0,
           [](DeviceSim& sim, unsigned n, const std::string&) { return sim.Disable(n); }}},
         {"rate",
-         {"sim NUMBER rate FRAMES-PER-SECOND", 1,
+         {"sim NUMBER rate FRAMES-PER-SECOND", "plays it at this rate; below 0 backwards", 1,
           [](DeviceSim& sim, unsigned n, const std::string& word) {
-              return sim.SetRate(n, ToNumber(word, -HighestRate, HighestRate));
+              return sim.SetRate(n, ToNumber(word, -Limits::HighestRate, Limits::HighestRate));
           }}},
         {"format",
-         {"sim NUMBER format film24|ebu25|ntsc30|smpte30", 1,
+         {"sim NUMBER format film24|ebu25|ntsc30|smpte30", "plays it at the rate of a format", 1,
           [](DeviceSim& sim, unsigned n, const std::string& word) {
               const auto& formats = Tools::TimecodeSource::GetFormats();
               const auto format = formats.find(word);
@@ -60,17 +58,19 @@ const std::map<std::string, SimVerb>& GetSimVerbs()
               return sim.SetFormat(n, format->second);
           }}},
         {"jump",
-         {"sim NUMBER jump HH:MM:SS:FF", 1,
+         {"sim NUMBER jump HH:MM:SS:FF", "goes on from this time", 1,
           [](DeviceSim& sim, unsigned n, const std::string& word) {
               return sim.Jump(n, Tools::TimecodeSource::ParseFrame(word));
           }}},
-        {"destroy", {"sim NUMBER destroy", 0, [](DeviceSim& sim, unsigned n, const std::string&) {
-                         const std::list<unsigned> all = sim.GetInstances();
-                         if (std::find(all.begin(), all.end(), n) == all.end())
-                             return false;
-                         sim.Destroy(n);
-                         return true;
-                     }}}};
+        {"destroy",
+         {"sim NUMBER destroy", "removes the source for good", 0,
+          [](DeviceSim& sim, unsigned n, const std::string&) {
+              const std::list<unsigned> all = sim.GetInstances();
+              if (std::find(all.begin(), all.end(), n) == all.end())
+                  return false;
+              sim.Destroy(n);
+              return true;
+          }}}};
     return verbs;
 }
 
@@ -87,7 +87,7 @@ void Create(Session::Parts& parts, unsigned number, const Words& words)
 void DoSim(Session::Parts& parts, const Words& words)
 {
     CheckCount(words, 2, 3, "sim NUMBER VERB ...");
-    const auto number = static_cast<unsigned>(ToInteger(words[0], 0, MostSources));
+    const auto number = static_cast<unsigned>(ToInteger(words[0], 0, Limits::HighestSource));
     if (words[1] == "create") {
         Create(parts, number, words);
         return;
@@ -108,8 +108,7 @@ void SendFrame(Desk::VirtualWidget& board, const std::string& word)
 {
     if (!board.IsPlugged())
         throw std::runtime_error("the board is not plugged");
-    constexpr unsigned HighestCount = 30;
-    const auto time = Desk::ParseLtcTime(word, HighestCount);
+    const auto time = Desk::ParseLtcTime(word, Limits::HighestFrameCount);
     if (!time)
         throw std::invalid_argument("'" + word +
                                     "' is no time, which is HH:MM:SS:FF, or with ; "
@@ -133,7 +132,7 @@ void DoLtc(Session::Parts& parts, const Words& words)
         parts.desk.StopTimecode(path);
     } else if (verb == "dropout") {
         CheckCount(words, 3, 3, "ltc PATH dropout SECONDS");
-        parts.desk.DropTimecode(path, ToNumber(words[2], 0, LongestDropout));
+        parts.desk.DropTimecode(path, ToNumber(words[2], 0, Limits::LongestDropout));
     } else if (verb == "frame") {
         CheckCount(words, 3, 3, "ltc PATH frame HH:MM:SS:FF");
         SendFrame(board, words[2]);
@@ -149,7 +148,7 @@ void AddTimecodeVerbs(VerbTable& table)
     std::vector<VerbHelp> help{{"sim NUMBER create RATE[,start=HH:MM:SS:FF][,backwards]",
                                 "makes and starts a simulated source"}};
     for (const auto& [name, verb] : GetSimVerbs())
-        help.push_back({verb.usage, "works a simulated source"});
+        help.push_back({verb.usage, verb.text});
     table.Add("sim", DoSim, help);
     table.Add("ltc", DoLtc,
               {{"ltc PATH play FILE [loop]", "plays timecode audio into an LTC board"},

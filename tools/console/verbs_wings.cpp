@@ -8,6 +8,7 @@
 #include "common/widget_script.h"
 #include "common/wing_name.h"
 #include "common/wing_reach.h"
+#include "console/limits.h"
 #include "console/verb.h"
 #include "desk/widget_controls.h"
 #include "hardware/wing_beacon.h"
@@ -32,11 +33,9 @@ Value Choose(const std::map<std::string, Value>& choices, const std::string& wor
     throw std::invalid_argument("'" + word + "' is none of " + all);
 }
 
-constexpr int HighestId = 65535;
-
 unsigned short ToId(const std::string& word)
 {
-    return static_cast<unsigned short>(ToInteger(word, 0, HighestId));
+    return static_cast<unsigned short>(ToInteger(word, 0, Limits::HighestId));
 }
 
 /// The application gets no answer about a call that cannot reach a wing; whoever asked does.

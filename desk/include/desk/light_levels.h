@@ -19,4 +19,7 @@ struct LightLevel {
 /// channel, then its small displays. A widget that nobody lit has none.
 std::vector<LightLevel> GetLightLevels(const VirtualWidget& widget);
 
+/// Names of all lights that a widget of a model can show, in the same order.
+std::vector<std::string> GetLightNames(const Hardware::WingModel& model);
+
 } // namespace Desk
