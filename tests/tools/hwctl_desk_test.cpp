@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 
 #include "tools/hwctl_process.h"
@@ -79,6 +80,65 @@ TEST_F(HwctlDesk, AFailedLineEndsItAndSaysWhere)
         RunHwctl({"desk", HomeDesk, "--until", "cd/status", "=", "playing", "--within", "0.1"});
     EXPECT_EQ(late.exitCode, 1);
     EXPECT_THAT(late.err, HasSubstr("found stopped"));
+}
+
+TEST_F(HwctlDesk, ReadsEveryLineBeforeTheFirstIsDone)
+{
+    const std::string script =
+        Write("script.txt", "widget pixi tap 3\nwidget pixy tap 3\n"
+                            "expect lights/WorkLigth/level != 3\nligth key\nwait 0.01\n");
+    for (const bool isCheck : {true, false}) {
+        std::vector<std::string> arguments{"desk", HomeDesk, "--script",
+                                           script, "--do",   "wait nan"};
+        if (isCheck)
+            arguments.emplace_back("--check");
+        const HwctlRun run = RunHwctl(arguments);
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.out, "") << "nothing was done";
+        EXPECT_THAT(run.err, StartsWith("hwctl: " + script +
+                                        ":2: widget pixy tap 3: there is no "
+                                        "widget at 'pixy'; the nearest is pixi; "));
+        EXPECT_THAT(run.err, HasSubstr("\nhwctl: " + script +
+                                       ":3: expect lights/WorkLigth/level "
+                                       "!= 3: there is no 'lights/WorkLigth/level'; the nearest "));
+        EXPECT_THAT(run.err, HasSubstr("\nhwctl: " + script + ":4: ligth key: there is no verb "));
+        EXPECT_THAT(run.err, HasSubstr("\nhwctl: --do: wait nan: 'nan' is not a number"));
+    }
+    const std::string good = Write("good.txt", "widget pixi tap 3\nexpect name = x\n");
+    const HwctlRun run = RunHwctl({"desk", HomeDesk, "--script", good, "--check"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.out, std::string(HomeDesk) + ": Home desk\n");
+    const HwctlRun input = RunHwctl({"desk", HomeDesk, "--script", "-", "--check"}, {}, {}, script);
+    EXPECT_EQ(input.exitCode, 1);
+    EXPECT_THAT(input.err, StartsWith("hwctl: input:2: "));
+}
+
+TEST_F(HwctlDesk, TheScriptsThatComeAlongAreRight)
+{
+    for (const auto& [desk, name] : {std::pair("full-console.json", "performance.txt"),
+                                     std::pair("panel-console.json", "pictures.txt")}) {
+        std::ifstream file(std::string(DATA_FOLDER "/desk/") + name);
+        std::string text{std::istreambuf_iterator<char>(file), {}};
+        // Their names of files begin in the project's folder.
+        const std::string folder = " data/";
+        for (std::size_t at = 0; (at = text.find(folder, at)) != std::string::npos;)
+            text.replace(at, folder.size(), " " DATA_FOLDER "/");
+        const HwctlRun run = RunHwctl({"desk", std::string(DATA_FOLDER "/desk/") + desk, "--check",
+                                       "--script", Write(name, text)});
+        EXPECT_EQ(run.exitCode, 0) << run.err;
+    }
+}
+
+TEST_F(HwctlDesk, APathThatThereCannotBeIsNoState)
+{
+    const HwctlRun run = RunHwctl({"desk", HomeDesk, "--state", "widgts"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_THAT(run.err,
+                StartsWith("hwctl: --state: there is no 'widgts': the desk has no 'widgts'; the "));
+    const HwctlRun nothing =
+        RunHwctl({"desk", HomeDesk, "--quiet", "--state", "widgets/pixi/leds/3"});
+    EXPECT_EQ(nothing.exitCode, 0) << nothing.err;
+    EXPECT_EQ(nothing.out, "null\n");
 }
 
 TEST_F(HwctlDesk, DoesTheLinesOfStandardInput)

@@ -136,7 +136,7 @@ TEST_F(HwctlLtc, SaysWhatIsWrong)
         int exitCode;
         const char* message;
     } table[] = {
-        {{"ltc"}, 2, "hwctl: A subcommand is required\n"},
+        {{"ltc"}, 2, "hwctl: a command is missing after 'hwctl ltc'; there are decode, generate; "},
         {{"ltc", "decode", "-"}, 2, "hwctl: standard input needs --raw\n"},
         {{"ltc", "decode", "a.wav", "--raw", "s16le"},
          2,

@@ -29,11 +29,13 @@ std::vector<std::string> HwctlRun::GetLines() const
 
 HwctlRun RunHwctl(const std::vector<std::string>& arguments,
                   const std::vector<std::string>& environment, const std::string& interruptAfter,
-                  const std::string& inputFile)
+                  const std::string& inputFile, const std::string& outputFile)
 {
     QProcess process;
     if (!inputFile.empty())
         process.setStandardInputFile(QString::fromStdString(inputFile));
+    if (!outputFile.empty())
+        process.setStandardOutputFile(QString::fromStdString(outputFile));
     QStringList list;
     for (const std::string& argument : arguments)
         list << QString::fromStdString(argument);

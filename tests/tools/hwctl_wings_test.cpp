@@ -184,7 +184,8 @@ TEST_F(HwctlWings, AWingThatIsNotThereIsAFailure)
             arguments.insert(arguments.end(), {"1", "1"});
         const auto run = RunHwctl(arguments);
         EXPECT_EQ(run.exitCode, 1) << command;
-        EXPECT_EQ(run.err, "hwctl: wing PlaybackWing/1 is not attached\n");
+        EXPECT_THAT(run.err, testing::StartsWith("hwctl: wing PlaybackWing/1 is not attached; the "
+                                                 "nearest is PlaybackWing/291; there are "));
     }
 }
 
@@ -192,7 +193,7 @@ TEST_F(HwctlWings, WhatIsNoWingIsAUsageError)
 {
     const auto run = RunHwctl({"--virtual", "beacon", "Sofa/1"});
     EXPECT_EQ(run.exitCode, 2);
-    EXPECT_THAT(run.err, HasSubstr("'Sofa/1' is no wing"));
+    EXPECT_THAT(run.err, HasSubstr("there is no model of wings 'Sofa'; there are PlaybackWing, "));
     EXPECT_EQ(RunHwctl({"--virtual", "fader", "PlaybackWing/1", "1", "256"}).exitCode, 2);
     EXPECT_EQ(RunHwctl({"--virtual", "led", "PlaybackWing/1", "pink"}).exitCode, 2);
 }

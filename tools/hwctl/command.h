@@ -21,7 +21,8 @@ struct CommonOptions {
     std::vector<std::string> consoleNetwork; ///< adapters for the consoles' network, in order
     std::vector<std::string> fixtureNetwork; ///< adapters for the fixtures' network, in order
     std::string logMasks;                    ///< masks of log contexts
-    std::string logSink = "stderr";
+    std::string logSink;                     ///< stderr, journal or none; empty for stderr
+    bool isQuiet = false;                    ///< no log lines, unless masks or a sink ask for them
 };
 
 /// What a command does once the line is understood; returns an ExitCode.
@@ -29,10 +30,11 @@ typedef std::function<int()> Action;
 
 // Each adds its command to the line and sets @p action when it is chosen. The options outlive it.
 void AddBacklightCommand(CLI::App& app, const CommonOptions& options, Action& action);
+void AddHelpCommand(CLI::App& app, Action& action);
 void AddLightsCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddLinksCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddCdCommand(CLI::App& app, const CommonOptions& options, Action& action);
-/// Works on virtual devices in any case, and says so in the options.
+/// Works on virtual devices in any case, may be quiet, and says so in the options.
 void AddDeskCommand(CLI::App& app, CommonOptions& options, Action& action);
 void AddListCommand(CLI::App& app, const CommonOptions& options, Action& action);
 void AddLtcCommand(CLI::App& app, const CommonOptions& options, Action& action);

@@ -1,16 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include <unistd.h>
 
+#include <array>
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 
 #include "common/script_lines.h"
 #include "common/timecode_source.h"
+#include "console/line_check.h"
 #include "console/script.h"
 #include "desk/desk_data.h"
 #include "hwctl/command.h"
 #include "hwctl/desk_run.h"
 #include "hwctl/exit_code.h"
+#include "hwctl/log_setup.h"
 
 namespace Hwctl
 {
@@ -39,10 +43,8 @@ int PrintVerbs()
 {
     for (const Console::VerbHelp& help : Console::Session::GetVerbs())
         std::printf("%-52s %s\n", help.usage.c_str(), help.text.c_str());
-    std::puts("wait SECONDS                                         waits");
-    std::puts("expect PATH =|!=|<|>|<=|>= VALUE                     fails unless it holds");
-    std::puts("until PATH =|!=|<|>|<=|>= VALUE [within SECONDS]     waits until it holds");
-    std::puts("show PATH                                            prints what stands there");
+    for (const Console::VerbHelp& help : Console::GetScriptVerbs())
+        std::printf("%-52s %s\n", help.usage.c_str(), help.text.c_str());
     return ExitCode_Success;
 }
 
@@ -88,6 +90,54 @@ DeskRunOptions MakeOptions(const Arguments& arguments, bool hasSeconds, bool has
     return options;
 }
 
+/// Standard input as lines of a script, for a check alone.
+std::vector<DeskRunOptions::Line> ReadInputLines()
+{
+    std::string text;
+    std::array<char, 4096> piece{};
+    for (ssize_t length = 0; (length = read(STDIN_FILENO, piece.data(), piece.size())) != 0;) {
+        if (length < 0 && errno == EINTR)
+            continue;
+        if (length < 0)
+            throw CommandError("standard input cannot be read");
+        text.append(piece.data(), static_cast<std::size_t>(length));
+    }
+    std::vector<DeskRunOptions::Line> lines;
+    for (const Console::ScriptLine& line : Console::ParseDeskScript(text))
+        lines.push_back({line.text, "input:" + std::to_string(line.number)});
+    return lines;
+}
+
+/// Reads every line before the first one is done. Prints what is wrong with each; false for any.
+bool CheckLines(const Desk::DeskData& data, const DeskRunOptions& options, bool isOnlyCheck)
+{
+    std::vector<DeskRunOptions::Line> lines = options.lines;
+    if (isOnlyCheck && options.readsInput)
+        lines = ReadInputLines();
+    // What standard input says can make names, which lines behind it can use.
+    if (isOnlyCheck || !options.readsInput)
+        lines.insert(lines.end(), options.lastLines.begin(), options.lastLines.end());
+    Console::LineCheck check(data);
+    bool isRight = true;
+    const auto report = [&isRight](const std::string& place, const std::exception& error) {
+        std::fprintf(stderr, "hwctl: %s: %s\n", place.c_str(), error.what());
+        isRight = false;
+    };
+    for (const DeskRunOptions::Line& line : lines)
+        try {
+            check.Check(line.text);
+        } catch (const std::exception& error) {
+            report(line.place + ": " + line.text, error);
+        }
+    try {
+        if (options.state && !options.state->empty() && (isOnlyCheck || !options.readsInput))
+            check.FindPath(*options.state);
+    } catch (const std::exception& error) {
+        report("--state", error);
+    }
+    return isRight;
+}
+
 int RunDesk(const Arguments& arguments, bool hasSeconds, bool hasState, bool logsToErrors)
 {
     if (arguments.verbs)
@@ -96,11 +146,14 @@ int RunDesk(const Arguments& arguments, bool hasSeconds, bool hasState, bool log
         throw UsageError("desk needs a desk file; data/desk has some");
     const Desk::DeskData data = Desk::ReadDesk(
         arguments.file, [](const std::string& source) { Tools::TimecodeSource::Parse(source); });
+    const DeskRunOptions options = MakeOptions(arguments, hasSeconds, hasState, logsToErrors);
+    if (!CheckLines(data, options, arguments.check))
+        return ExitCode_Failure;
     if (arguments.check) {
         std::printf("%s: %s\n", arguments.file.c_str(), data.name.c_str());
         return ExitCode_Success;
     }
-    return DeskRun(data, MakeOptions(arguments, hasSeconds, hasState, logsToErrors)).Run();
+    return DeskRun(data, options).Run();
 }
 
 void AddOptions(CLI::App& command, Arguments& arguments)
@@ -122,9 +175,12 @@ void AddOptions(CLI::App& command, Arguments& arguments)
     command.add_option("--within", arguments.within, "Seconds that --until waits; 10 if not given")
         ->check(InRange(0.0, 1e6))
         ->needs(until);
-    command.add_flag("--check", arguments.check, "Only read the desk file");
+    command.add_flag("--check", arguments.check,
+                     "Read the desk file, every line of the scripts and --do, and every name and "
+                     "path in them, and do nothing");
     command.add_flag("--verbs", arguments.verbs, "List what a line can be");
-    command.add_flag("--quiet", arguments.isQuiet, "Print no signals");
+    command.add_flag("--quiet", arguments.isQuiet,
+                     "Print no signals, and no log lines unless --log or --log-to asks for them");
     command.add_flag("--live", arguments.isLive,
                      "Draw timecode, lights and the last signals again and again, where the output "
                      "is a terminal; print lines otherwise");
@@ -150,9 +206,10 @@ void AddDeskCommand(CLI::App& app, CommonOptions& options, Action& action)
             ->expected(0, 1);
     command->callback([arguments, seconds, state, &options, &action] {
         options.useVirtual = !arguments->verbs && !arguments->check;
+        options.isQuiet = options.isQuiet || arguments->isQuiet;
         action = [arguments, seconds, state, &options] {
             return RunDesk(*arguments, seconds->count() > 0, state->count() > 0,
-                           options.logSink == "stderr");
+                           LogsToErrors(options));
         };
     });
 }

@@ -6,10 +6,12 @@
 #include <array>
 #include <cerrno>
 #include <functional>
+#include <stdexcept>
 #include <utility>
 
 #include "common/stop_signals.h"
 #include "hwctl/exit_code.h"
+#include "hwctl/log_setup.h"
 
 namespace Hwctl
 {
@@ -27,6 +29,8 @@ public:
 
     void Write(const Standalone::LogRecord& record) override
     {
+        if (!IsForTerminal(record))
+            return;
         m_take("log " + record.context,
                std::string(Standalone::GetLevelName(record.level)) + ": " +
                    std::string(record.text.substr(0, record.text.find('\n'))));
@@ -96,10 +100,10 @@ int DeskRun::Run()
     // Before the runner's end, which lets stuck devices go.
     const nlohmann::json state = m_options.state ? m_session->GetState() : nlohmann::json();
     m_runner.reset();
-    if (m_hasFailed)
-        std::fprintf(stderr, "hwctl: %s", m_error.c_str());
     if (m_options.state && !m_hasFailed)
         PrintState(state);
+    if (m_hasFailed)
+        std::fprintf(stderr, "hwctl: %s", m_error.c_str());
     return m_hasFailed ? ExitCode_Failure : ExitCode_Success;
 }
 
@@ -199,10 +203,17 @@ void DeskRun::End()
     m_endTimer.start(static_cast<int>(m_options.seconds.value_or(0) * MillisecondsPerSecond));
 }
 
-void DeskRun::PrintState(const nlohmann::json& state) const
+void DeskRun::PrintState(const nlohmann::json& state)
 {
-    const nlohmann::json* const part =
-        m_options.state->empty() ? &state : Console::FindInState(state, *m_options.state);
+    const nlohmann::json* part = &state;
+    try {
+        if (!m_options.state->empty())
+            part = Console::FindInState(state, m_session->FindPath(*m_options.state, state));
+    } catch (const std::invalid_argument& error) {
+        m_error = std::string("--state: ") + error.what() + "\n";
+        m_hasFailed = true;
+        return;
+    }
     std::printf("%s\n",
                 part ? part->dump(2, ' ', false, nlohmann::json::error_handler_t::replace).c_str()
                      : "null");

@@ -59,7 +59,7 @@ private:
     void TakeDone(const std::string& error);
     void ReadInput();
     void End();
-    void PrintState(const nlohmann::json& state) const;
+    void PrintState(const nlohmann::json& state);
     void Show(Tools::MonitorEvent event);
     void BeginScreen();
     void EndScreen();

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "common/log_contexts.h"
 #include "common/network_text.h"
 #include "common/port_name.h"
 #include "common/wing_name.h"
@@ -165,23 +166,46 @@ void PrintText(const nlohmann::json& inventory)
     }
 }
 
+void PrintLogContexts(bool json)
+{
+    nlohmann::json list = nlohmann::json::array();
+    for (const Tools::LogContextHelp& context : Tools::GetLogContexts()) {
+        if (!json)
+            std::printf("%-24s %s\n", context.path.c_str(), context.text.c_str());
+        list.push_back({{"path", context.path}, {"text", context.text}});
+    }
+    if (json)
+        std::printf("%s\n", ToLine(list).c_str());
+}
+
+struct Arguments {
+    bool json = false;
+    bool logs = false;
+};
+
 } // namespace
 
 void AddListCommand(CLI::App& app, const CommonOptions& options, Action& action)
 {
-    auto json = std::make_shared<bool>(false);
+    auto arguments = std::make_shared<Arguments>();
     CLI::App* const command = app.add_subcommand(
         "list",
         "List MIDI ports, wings, LTC boards, networks, the CD drive, timecode device types and "
         "registered "
         "enumerations");
-    command->add_flag("--json", *json, "Print JSON, one object");
-    command->callback([json, &options, &action] {
-        action = [json, &options] {
+    command->add_flag("--json", arguments->json, "Print JSON, one object");
+    command->add_flag("--logs", arguments->logs,
+                      "List the contexts of the log in place of devices, for --log");
+    command->callback([arguments, &options, &action] {
+        action = [arguments, &options] {
+            if (arguments->logs) {
+                PrintLogContexts(arguments->json);
+                return ExitCode_Success;
+            }
             const auto devices =
                 options.useVirtual ? std::make_unique<VirtualDevices>(options.widgetFile) : nullptr;
             const nlohmann::json inventory = GetInventory();
-            if (*json)
+            if (arguments->json)
                 std::printf("%s\n", ToLine(inventory).c_str());
             else
                 PrintText(inventory);

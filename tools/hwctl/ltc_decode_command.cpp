@@ -62,7 +62,7 @@ void AddLtcDecodeCommand(CLI::App& parent, Action& action)
                                  ->add_option("--raw", arguments->raw,
                                               "Samples on standard input, without a header: s16le "
                                               "or f32le")
-                                 ->check(CLI::IsMember({"s16le", "f32le"}));
+                                 ->transform(CLI::IsMember({"s16le", "f32le"}, CLI::ignore_case));
     command->add_option("--rate", arguments->layout.sampleRate, "Their rate in Hz; 48000")
         ->check(InRange(8000U, 192000U))
         ->needs(raw);

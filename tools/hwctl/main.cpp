@@ -7,6 +7,7 @@
 #include "desk/preload.h"
 #include "hardware/link_control.h"
 #include "hwctl/command.h"
+#include "hwctl/command_help.h"
 #include "hwctl/exit_code.h"
 #include "hwctl/log_setup.h"
 #include "standalone/network_source.h"
@@ -23,9 +24,20 @@ int Fail(const std::string& message, int code)
     return code;
 }
 
+/// What was printed is lost where standard output took less, as on a full disk. The stream
+/// remembers it, so one look at the end is enough.
+int CheckOutput(int code)
+{
+    const bool isWritten = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    if (isWritten || code == ExitCode_Usage)
+        return code;
+    return Fail("standard output could not be written", ExitCode_Failure);
+}
+
 void AddCommonOptions(CLI::App& app, CommonOptions& options)
 {
     app.set_version_flag("--version", "hwctl " HWCTL_VERSION);
+    app.ignore_case();
     app.add_flag("--virtual", options.useVirtual,
                  "Work on virtual devices instead of the machine's own");
     app.add_option("--widgets", options.widgetFile,
@@ -52,9 +64,12 @@ void AddCommonOptions(CLI::App& app, CommonOptions& options)
         ->check(isName);
     app.add_option("--log", options.logMasks,
                    "Log masks, PATH=MASK[,PATH=MASK...], such as Hardware/Midi=31; the variable "
-                   "HWCTL_LOG takes the same");
-    app.add_option("--log-to", options.logSink, "Where log lines go: stderr, journal or none")
-        ->check(CLI::IsMember({"stderr", "journal", "none"}));
+                   "HWCTL_LOG takes the same, and list --logs has the paths");
+    app.add_option("--log-to", options.logSink,
+                   "Where log lines go: stderr (if not given), journal or none")
+        ->transform(CLI::IsMember({"stderr", "journal", "none"}, CLI::ignore_case));
+    app.add_flag("--quiet", options.isQuiet,
+                 "Write no log lines, unless --log or --log-to asks for them");
     app.require_subcommand(1);
     app.fallthrough(); // these options may stand behind the command too
     app.failure_message(CLI::FailureMessage::simple);
@@ -99,7 +114,7 @@ int RunAction(const CommonOptions& options, const Action& action, int argc, char
     // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread has begun
     std::setlocale(LC_NUMERIC, "C");
     try {
-        SetUpLog(options.logSink, options.logMasks);
+        SetUpLog(options);
         return action();
     } catch (const UsageError& error) {
         return Fail(error.what(), ExitCode_Usage);
@@ -129,12 +144,14 @@ int Run(int argc, char** argv)
     AddSettingsCommand(app, options, action);
     AddSimulateCommand(app, options, action);
     AddWingCommands(app, options, action);
+    AddHelpCommand(app, action);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0)
             return app.exit(error); // --help and --version
-        return Fail(error.what(), ExitCode_Usage);
+        const std::string problem = FindCommandProblem(app);
+        return Fail(problem.empty() ? error.what() : problem, ExitCode_Usage);
     }
     return RunAction(options, action, argc, argv);
 }
@@ -144,7 +161,7 @@ int Run(int argc, char** argv)
 int main(int argc, char** argv)
 {
     try {
-        return Run(argc, argv);
+        return CheckOutput(Run(argc, argv));
     } catch (const std::exception& error) {
         return Fail(error.what(), ExitCode_Failure);
     }

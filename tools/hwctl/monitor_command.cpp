@@ -72,11 +72,9 @@ int RunMonitor(const CommonOptions& common, const Arguments& arguments, bool has
     }
 
     options.midi = true;
-    options.ports = arguments.ports;
     // Onto the machine's own desk a port may come later; a virtual one has all that it will have.
     for (const std::string& port : arguments.ports)
-        if (devices)
-            devices->GetPort(port);
+        options.ports.push_back(devices ? devices->GetPort(port).GetName() : port);
     std::unique_ptr<WidgetPlayer> widgetPlayer;
     if (!arguments.work.empty())
         widgetPlayer = std::make_unique<WidgetPlayer>(Tools::WidgetScript::Read(arguments.work),
@@ -165,7 +163,7 @@ void AddMonitorCommand(CLI::App& app, const CommonOptions& options, Action& acti
             "--hide", arguments->hide,
             "Count but do not print: 'clock' for timing clock and active sensing, 'frames' "
             "for all but one timecode frame a second; may be repeated")
-        ->check(CLI::IsMember({"clock", "frames"}));
+        ->transform(CLI::IsMember({"clock", "frames"}, CLI::ignore_case));
     command->add_flag("--json", arguments->json, "Print JSON, one object a line");
     command->callback([arguments, seconds, &options, &action] {
         action = [arguments, seconds, &options] {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include <algorithm>
 #include <cstdio>
 #include <memory>
 
 #include "common/hex.h"
 #include "common/midi_sender.h"
 #include "common/midi_text.h"
+#include "common/near_names.h"
 #include "common/port_name.h"
 #include "hardware/midi/device.h"
 #include "hwctl/command.h"
@@ -78,10 +78,11 @@ int RunSend(const CommonOptions& options, const Arguments& arguments)
 {
     const auto devices =
         options.useVirtual ? std::make_unique<VirtualDevices>(options.widgetFile) : nullptr;
-    const std::wstring port = Tools::WidenPortName(arguments.port);
-    const auto present = Hardware::Midi::Device::GetOutputs();
-    if (std::find(present.begin(), present.end(), port) == present.end())
-        throw CommandError("MIDI port '" + arguments.port + "' not found");
+    Tools::Names present;
+    for (const std::wstring& name : Hardware::Midi::Device::GetOutputs())
+        present.push_back(Tools::NarrowPortName(name));
+    const std::wstring port =
+        Tools::WidenPortName(Tools::ChooseName("MIDI port", arguments.port, present));
 
     Sender device;
     Tools::MidiSender sender(device);

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "hwctl/virtual_devices.h"
 
+#include <algorithm>
 #include <stdexcept>
 
+#include "common/near_names.h"
 #include "common/script_lines.h"
 #include "desk/audio_file.h"
 #include "desk/virtual_desk.h"
@@ -64,10 +66,12 @@ VirtualDevices::~VirtualDevices() = default;
 
 Desk::MidiPort& VirtualDevices::GetPort(const std::string& name)
 {
+    Tools::Names names;
     for (const auto& port : m_ports)
-        if (port->GetName() == name)
-            return *port;
-    throw CommandError("MIDI port '" + name + "' not found");
+        names.push_back(port->GetName());
+    const std::string chosen = Tools::ChooseName("MIDI port", name, names);
+    return **std::find_if(m_ports.begin(), m_ports.end(),
+                          [&chosen](const auto& port) { return port->GetName() == chosen; });
 }
 
 Desk::VirtualWidget* VirtualDevices::FindWidget(std::uint32_t key) const

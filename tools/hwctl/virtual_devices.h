@@ -29,7 +29,7 @@ public:
     VirtualDevices(const VirtualDevices&) = delete;
     VirtualDevices& operator=(const VirtualDevices&) = delete;
 
-    /// The port of that name; throws CommandError when there is none.
+    /// The port of that name, whatever its case; throws std::invalid_argument when there is none.
     Desk::MidiPort& GetPort(const std::string& name);
     /// The first port, which recordings play on unless told otherwise.
     Desk::MidiPort& GetFirstPort() { return *m_ports.front(); }

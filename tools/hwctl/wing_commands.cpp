@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "common/near_names.h"
 #include "common/wing_name.h"
 #include "common/wing_reach.h"
 #include "hardware/wing_beacon.h"
@@ -49,6 +50,14 @@ struct WingWork {
     std::function<void(WidgetKey)> act;
 };
 
+Tools::Names GetAttachedWings()
+{
+    Tools::Names names;
+    for (const WidgetKey key : WingMapper::Get().connected_wings())
+        names.push_back(Tools::GetWingName(key));
+    return names;
+}
+
 /// Throws CommandError if the call cannot reach the wing: the mapper's slots ignore it silently.
 void CheckWing(WidgetKey key, const WingWork& work)
 {
@@ -57,7 +66,8 @@ void CheckWing(WidgetKey key, const WingWork& work)
     if (!mapper.is_wing_connected(key))
         throw CommandError(mapper.get_wing(key)
                                ? name + " is not a wing: it has no LEDs, faders or beacon"
-                               : "wing " + name + " is not attached");
+                               : "wing " + name + " is not attached" +
+                                     Tools::SuggestNames(name, GetAttachedWings()));
     if (const std::string problem = work.findProblem(key); !problem.empty())
         throw CommandError(problem);
 }
@@ -145,7 +155,7 @@ void AddLedCommand(CLI::App& app, const CommonOptions& options, Action& action)
     CLI::App* const command = AddWingCommand(app, "led", "Set LEDs of a wing", arguments);
     command->add_option("state", arguments->state, "off, on, flash or dim")
         ->required()
-        ->check(CLI::IsMember(GetNames(Tools::GetLedStates())));
+        ->transform(CLI::IsMember(GetNames(Tools::GetLedStates()), CLI::ignore_case));
     CLI::Option* const pid =
         command->add_option("--part", arguments->pid, "Part id of one LED; all LEDs if not given")
             ->check(InRange(0U, 65535U));
@@ -203,7 +213,7 @@ void AddBeaconCommand(CLI::App& app, const CommonOptions& options, Action& actio
     command
         ->add_option("--section", arguments->beaconSection,
                      "all, left, right or centre, where a wing can beacon a section")
-        ->check(CLI::IsMember(GetNames(Tools::GetWingSections())));
+        ->transform(CLI::IsMember(GetNames(Tools::GetWingSections()), CLI::ignore_case));
     command->callback([arguments, &options, &action] {
         action = [arguments, &options] {
             return WorkWing(options, *arguments,
