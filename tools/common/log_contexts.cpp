@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "common/log_contexts.h"
 
+#include <algorithm>
+
 #include "common/near_names.h"
+#include "standalone/log_masks.h"
 
 namespace Tools
 {
@@ -23,6 +26,7 @@ const std::vector<LogContextHelp>& GetLogContexts()
         {"Hardware/Timecode/Ltc", "timecode of LTC boards"},
         {"Hardware/WingMapper", "wings that come and go"},
         {"LightSettings", "the file of the light settings"},
+        {"Messages", "messages that nobody delivers"},
         {"NetworkAdapters", "network adapters as the platform sees them"},
         {"Tarnel4Backlight", "the hardware-monitor chip that dims a display"},
         {"Tarnel4Backlight/Set", "levels written to that chip"},
@@ -39,6 +43,9 @@ std::string FindLogContext(const std::string& word)
     Names names;
     for (const LogContextHelp& context : GetLogContexts())
         names.push_back(context.path);
+    for (const Standalone::LogContextInfo& context : Standalone::ListLogContexts())
+        if (std::find(names.begin(), names.end(), context.path) == names.end())
+            names.push_back(context.path);
     return ChooseName("log context", word, names);
 }
 

@@ -17,7 +17,8 @@ struct LogContextHelp {
 /// line is due, so the living ones are not all.
 const std::vector<LogContextHelp>& GetLogContexts();
 
-/// The context of a name, whatever its case. Throws std::invalid_argument with the nearest names
+/// The context of a name, whatever its case: one of these, or a program's own that has been made.
+/// Throws std::invalid_argument with the nearest names
 /// and all that there are for an unknown one.
 std::string FindLogContext(const std::string& word);
 
