@@ -29,7 +29,7 @@ typedef std::span<const unsigned char> Bytes;
 
 constexpr std::array<unsigned, 5> SampleRates{8000, 22050, 44100, 48000, 192000};
 /// Samples that one input may become.
-constexpr std::size_t MostSamples = 200'000;
+constexpr std::size_t MostSamples = 60'000;
 
 /// A pipe that holds bytes and has ended.
 class FilledPipe
