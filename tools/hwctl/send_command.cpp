@@ -58,17 +58,30 @@ unsigned Pack(const Bytes& bytes, const std::string& text)
     return message;
 }
 
+/// System exclusive is a buffer by nature.
+bool IsBuffer(const Arguments& arguments, const Bytes& bytes)
+{
+    return arguments.buffer || bytes.front() == 0xF0;
+}
+
+Bytes Parse(const Arguments& arguments, const std::string& text)
+{
+    const auto bytes = Tools::ParseHex(text);
+    if (!bytes || bytes->empty())
+        throw UsageError("'" + text + "' is no list of bytes in hexadecimal");
+    if (!IsBuffer(arguments, *bytes))
+        Pack(*bytes, text);
+    return *bytes;
+}
+
 void Send(Sender& device, Tools::MidiSender& sender, const Arguments& arguments)
 {
     for (const std::string& text : arguments.messages) {
-        const auto bytes = Tools::ParseHex(text);
-        if (!bytes || bytes->empty())
-            throw UsageError("'" + text + "' is no list of bytes in hexadecimal");
-        // System exclusive is a buffer by nature.
-        if (arguments.buffer || bytes->front() == 0xF0)
-            sender.SendBuffer(*bytes);
+        const Bytes bytes = Parse(arguments, text);
+        if (IsBuffer(arguments, bytes))
+            sender.SendBuffer(bytes);
         else
-            sender.SendShortMessage(Pack(*bytes, text));
+            sender.SendShortMessage(Pack(bytes, text));
         if (!device.WasSent())
             throw CommandError("MIDI port '" + arguments.port + "' did not take '" + text + "'");
     }
@@ -76,6 +89,8 @@ void Send(Sender& device, Tools::MidiSender& sender, const Arguments& arguments)
 
 int RunSend(const CommonOptions& options, const Arguments& arguments)
 {
+    for (const std::string& text : arguments.messages)
+        Parse(arguments, text); // before the first one is sent
     const auto devices =
         options.useVirtual ? std::make_unique<VirtualDevices>(options.widgetFile) : nullptr;
     Tools::Names present;
