@@ -6,14 +6,13 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <deque>
 #include <vector>
 
 #include "gut/application.h"
 #include "hardware/console_light_fading.h"
 #include "os/post.h"
+#include "require.h"
 #include "standalone/light_settings.h"
 #include "standalone/messages.h"
 #include "standalone/platform_settings.h"
@@ -22,20 +21,13 @@ namespace
 {
 
 using namespace Hardware;
+using Fuzz::Require;
 using Standalone::LightSettings;
 using Standalone::PlatformSettings;
 
 typedef std::vector<unsigned char> Bytes;
 
 constexpr unsigned Application = 3;
-
-void Require(bool condition, const char* what)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "%s\n", what);
-    std::abort();
-}
 
 constexpr uires16 Percent(unsigned percent)
 {

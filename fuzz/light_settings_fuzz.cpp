@@ -4,29 +4,21 @@
 // is one keeps the settings that are written into it, and everything else that stands in it.
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "gut/light_settings_text.h"
+#include "require.h"
 
+using Fuzz::Require;
 using Standalone::FindLevelAboveFull;
 using Standalone::LightSettings;
 using Standalone::LightSettingsText;
 
 namespace
 {
-
-void Require(bool condition, const char* what)
-{
-    if (condition)
-        return;
-    std::fprintf(stderr, "%s\n", what);
-    std::abort();
-}
 
 /// Settings that depend on the input, so that they differ from what it has.
 LightSettings MakeSettings(std::string_view input)
