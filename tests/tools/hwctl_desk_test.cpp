@@ -100,7 +100,8 @@ TEST_F(HwctlDesk, ReadsEveryLineBeforeTheFirstIsDone)
                                         "widget at 'pixy'; the nearest is pixi; "));
         EXPECT_THAT(run.err, HasSubstr("\nhwctl: " + script +
                                        ":3: expect lights/WorkLigth/level "
-                                       "!= 3: there is no 'lights/WorkLigth/level'; the nearest "));
+                                       "!= 3: there is no 'lights/WorkLigth/level': 'lights' has "
+                                       "no 'WorkLigth'; the nearest is WorkLight; "));
         EXPECT_THAT(run.err, HasSubstr("\nhwctl: " + script + ":4: ligth key: there is no verb "));
         EXPECT_THAT(run.err, HasSubstr("\nhwctl: --do: wait nan: 'nan' is not a number"));
     }

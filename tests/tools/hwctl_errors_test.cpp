@@ -69,7 +69,7 @@ TEST(HwctlErrors, OfWhatIsNotThereAreOneLineAndExitCodeOne)
          "hwctl: there is no MIDI port 'Nobody'; there are Show Control, Stage Keyboard\n"},
         {{"--virtual", "monitor", "--port", "Stage Keybaord"},
          "hwctl: there is no MIDI port 'Stage Keybaord'; the nearest is Stage Keyboard; there are "
-         "Show Control, Stage Keyboard\n"},
+         "Stage Keyboard, Show Control\n"},
         {{"--virtual", "monitor", "--play", "/nowhere/show.txt"},
          "hwctl: /nowhere/show.txt: cannot be read\n"},
     };

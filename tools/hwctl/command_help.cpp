@@ -70,7 +70,9 @@ std::string GetHelp(CLI::App& app, const std::vector<std::string>& words)
             throw UsageError(RefuseCommand(*command, word));
         command = command->get_subcommand(*name);
     }
-    return command->get_parent() ? command->help(GetLine(*command->get_parent())) : command->help();
+    // Not by App::help(), which prints the command that was chosen, and that is "help" here.
+    return command->get_formatter()->make_help(command, GetLine(*command),
+                                               CLI::AppFormatMode::Normal);
 }
 
 void AddHelpCommand(CLI::App& app, Action& action)
