@@ -444,6 +444,7 @@ TEST(MessageDelivery, MessagesBeyondTheLimitAreLostAndLoggedOnce)
     for (int i = 0; i <= Limit; ++i)
         Os::Post(MakeMessage(3), 3);
     EXPECT_EQ(capture.GetTexts().size(), 2U);
+    Standalone::DeliverMessages();
 }
 
 TEST(MessageDelivery, ReplacingAnObserverWaitsForItsCallOnAnotherThread)
