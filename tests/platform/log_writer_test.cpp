@@ -254,7 +254,7 @@ TEST_F(LogWriterDeathTest, TheEndOfTheProcessWritesTheLinesThatWait)
 [[noreturn]] void ExitUnread()
 {
     LimitTime();
-    new FullPipe;
+    [[maybe_unused]] static const auto* const pipe = new FullPipe;
     Log(0, 100);
     std::exit(3);
 }

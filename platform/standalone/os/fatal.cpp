@@ -8,6 +8,7 @@
 
 #include "kel/text_base.h"
 #include "os/log.h"
+#include "os/log_writer.h"
 #include "os/stderr_output.h"
 #include "standalone/fatal_handler.h"
 #include "standalone/log_sink.h"
@@ -30,12 +31,10 @@ Log::Context& FatalLogContext()
 void WriteToStandardError(const kel::text_base<char>& text)
 {
     // Unbuffered, and not for ever: where nobody reads it, the process aborts all the same.
-    constexpr std::chrono::seconds Limit{2};
-    constexpr int LookMilliseconds = 100;
-    const auto end = std::chrono::steady_clock::now() + Limit;
+    const auto end = std::chrono::steady_clock::now() + Standalone::LogWriter::FlushLimit;
     std::string_view rest = text.view();
     while (!Standalone::WriteToStandardError(rest) && std::chrono::steady_clock::now() < end)
-        Standalone::WaitForStandardError(LookMilliseconds);
+        Standalone::WaitForStandardError();
 }
 
 } // namespace

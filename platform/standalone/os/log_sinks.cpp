@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include <atomic>
-#include <chrono>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -16,11 +15,6 @@ namespace Standalone
 
 namespace
 {
-
-/// How long a flush may take where nobody reads the log.
-constexpr std::chrono::milliseconds FlushLimit{2000};
-/// How often a line that waits looks whether it still may.
-constexpr int LookMilliseconds = 100;
 
 std::string Format(const LogRecord& record, bool withCallStack)
 {
@@ -48,7 +42,7 @@ public:
     void WriteWaiting(const std::atomic<bool>& isStopping) override
     {
         while (!WriteNow() && !isStopping)
-            WaitForStandardError(LookMilliseconds);
+            WaitForStandardError();
     }
     std::unique_ptr<PendingLine> MakeAnother(const LogRecord& record) const override
     {
@@ -76,7 +70,7 @@ LogLine Keep(const LogRecord& record)
 
 bool FlushLog()
 {
-    return LogWriter::Get().Flush(FlushLimit);
+    return LogWriter::Get().Flush(LogWriter::FlushLimit);
 }
 
 const char* GetLevelName(unsigned level)

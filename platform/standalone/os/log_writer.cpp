@@ -18,9 +18,6 @@ namespace
 
 constexpr char SourceFile[] = "os/log_writer.cpp";
 
-/// How long the end of the process waits for a reader that does not keep up.
-constexpr std::chrono::milliseconds EndLimit{2000};
-
 /// A child process gets another one: the lines that wait are its parent's, and it has no thread.
 std::atomic<LogWriter*> g_writer{nullptr};
 
@@ -127,7 +124,7 @@ bool LogWriter::Flush(std::chrono::milliseconds limit)
 
 void LogWriter::End()
 {
-    Flush(EndLimit);
+    Flush(FlushLimit);
     std::unique_lock hold(m_mutex);
     m_isStopping = true;
     m_changed.notify_all();
@@ -137,7 +134,7 @@ void LogWriter::End()
         return;
     }
     // One that hangs in the journal is left alone.
-    const bool hasLeft = m_changed.wait_for(hold, EndLimit, [this] { return m_hasLeft; });
+    const bool hasLeft = m_changed.wait_for(hold, FlushLimit, [this] { return m_hasLeft; });
     hold.unlock();
     if (hasLeft)
         m_thread->join();

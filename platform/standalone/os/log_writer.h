@@ -37,6 +37,8 @@ public:
     /// Lines that may wait; further ones are lost until half of them are written, and counted. Far
     /// beyond what a reader that keeps up leaves waiting, and some ten megabytes.
     static constexpr std::size_t Limit = 10000;
+    /// How long the end of the process and a fatal stop wait for a reader that does not keep up.
+    static constexpr std::chrono::milliseconds FlushLimit{2000};
 
     /// Never destroyed: lines may be written until the process is gone.
     static LogWriter& Get();

@@ -75,9 +75,10 @@ bool WriteToStandardError(std::string_view& text)
     return true;
 }
 
-void WaitForStandardError(int milliseconds)
+void WaitForStandardError()
 {
-    IsReady(milliseconds);
+    constexpr int Moment = 100; // in milliseconds
+    IsReady(Moment);
 }
 
 } // namespace Standalone

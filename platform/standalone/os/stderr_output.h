@@ -11,7 +11,8 @@ namespace Standalone
 /// @return false when something is left: whoever reads standard error does not keep up
 bool WriteToStandardError(std::string_view& text);
 
-/// Waits until standard error may take more, for @p milliseconds at most.
-void WaitForStandardError(int milliseconds);
+/// Waits until standard error may take more, but only for a moment, so that the caller can look
+/// whether it still wants to.
+void WaitForStandardError();
 
 } // namespace Standalone
