@@ -124,6 +124,8 @@ ConsoleLightFading::ConsoleLightFading()
 
 ConsoleLightFading::~ConsoleLightFading()
 {
+    // Not left to the base: what a message sets is gone by then.
+    EndMessages();
     // Where there was no start, nothing has ended the thread yet.
     end_thread();
 }
