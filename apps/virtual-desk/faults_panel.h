@@ -21,7 +21,7 @@ namespace VirtualDesk
 /// Controls: for each fault of each device the button "fault GROUP DEVICE FAULT", such as "fault
 /// midi Keys busy", checked while it is in force; for each device the label "state GROUP DEVICE"
 /// with words for all that is in force. What the desk's data begins with is shown and named in the
-/// summary, but is no fault.
+/// summary, but is not a fault.
 /// The groups are widgets, ltc, midi, serial, cd and network; the faults of
 ///
 /// - widgets: unplug, stuck, midmove; ltc: these and dropout

@@ -207,9 +207,10 @@ TEST_F(SerialOpen, IsForTerminalsOnly)
     EXPECT_FALSE(m_serial.IsValid());
     EXPECT_EQ(memory.CountOpened(), 1);
     EXPECT_EQ(memory.CountOpen(), 0);
-    EXPECT_THAT(m_log.GetTexts(),
-                ElementsAre("Failed to get the settings of /dev/mem, which may be no serial port, "
-                            "error: Inappropriate ioctl for device"));
+    EXPECT_THAT(
+        m_log.GetTexts(),
+        ElementsAre("Failed to get the settings of /dev/mem, which may not be a serial port, "
+                    "error: Inappropriate ioctl for device"));
 }
 
 TEST_F(SerialOpen, OpenedTwiceLeavesTheFirstDescriptorBehind)

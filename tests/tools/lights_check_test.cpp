@@ -20,7 +20,7 @@ using testing::HasSubstr;
 
 constexpr std::uint32_t Foreign = 0x12345678;
 
-/// Memory of a computer that is no console.
+/// Memory of a computer that is not a console.
 class HwctlForeignMemory : public testing::Test
 {
 protected:

@@ -20,7 +20,7 @@ std::uint32_t ParseWingKey(const std::string& text);
 
 /// What somebody writes for the states of a LED: off, on, flash, dim.
 const std::map<std::string, Hardware::UmWing::LedState>& GetLedStates();
-/// The name of a LED's state as GetLedStates() has it; nothing for a number that is no state.
+/// The name of a LED's state as GetLedStates() has it; nothing for a number that is not a state.
 std::optional<std::string> FindLedStateName(int state);
 
 /// What somebody writes for the sections of a wing that identifies itself: all, left, right,

@@ -54,7 +54,7 @@ unsigned Pack(const Bytes& bytes, const std::string& text)
         whole = whole && bytes[i] < 0x80;
     if (!whole)
         throw UsageError("'" + text +
-                         "' is no whole short message; use --buffer to send bytes as they are");
+                         "' is not a whole short message; use --buffer to send bytes as they are");
     return message;
 }
 
@@ -68,7 +68,7 @@ Bytes Parse(const Arguments& arguments, const std::string& text)
 {
     const auto bytes = Tools::ParseHex(text);
     if (!bytes || bytes->empty())
-        throw UsageError("'" + text + "' is no list of bytes in hexadecimal");
+        throw UsageError("'" + text + "' is not a list of bytes in hexadecimal");
     if (!IsBuffer(arguments, *bytes))
         Pack(*bytes, text);
     return *bytes;

@@ -96,7 +96,8 @@ int Serial::Open(int baud, parity_e parity, flowcontrol_e flow)
         // Nothing was saved yet, so nothing must be put back: the device is closed as it is.
         const int error = errno;
         HARDWARE_LOG(SerialLogContext(), Os::Log::Trace,
-                     "Failed to get the settings of " << m_name << ", which may be no serial port"
+                     "Failed to get the settings of " << m_name
+                                                      << ", which may not be a serial port"
                                                       << ", error: " << GetErrorText(error));
         close(m_handle);
         m_handle = -1;

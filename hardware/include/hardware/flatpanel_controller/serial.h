@@ -45,7 +45,7 @@ public:
     /// reads and writes block. The port does not become the controlling terminal, and programs that
     /// the process starts do not inherit the descriptor. Close an open port first: another open
     /// leaves the first descriptor behind.
-    /// Returns 25 (ENOTTY) or 5 (EIO) for a device that opens and is no serial port, such as one
+    /// Returns 25 (ENOTTY) or 5 (EIO) for a device that opens but is not a serial port, such as one
     /// that stands for hardware that is not there.
     /// @param baud 300, 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200, 230400 or 460800
     int Open(int baud, parity_e parity, flowcontrol_e flow);
