@@ -64,6 +64,14 @@ public:
             Qt::DirectConnection);
     }
 
+    ~Listener() override
+    {
+        Hardware::WingMapper::Get().disconnect(this);
+        const std::lock_guard hold(m_mutex); // the driver's thread may have heard something last
+    }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
     /// What was heard since the last call.
     std::vector<std::string> Take()
     {
