@@ -28,21 +28,22 @@ struct RefusedMap {
     int error; // 0: no entry
 };
 
+// In the order that takes the least room: there are many, and each is long.
 struct Device {
-    char path[PathLength];
-    RefusedMap refusedMaps[RefusedMapCount];
-    DeskDeviceFaults faults;
-    DeskDeviceUse use;   // a device that is not held and has no descriptor open is free
-    struct termios line; // settings, as set last
-    long fastest;        // speed of its clock; 0 for no limit
-    long bufferRoom;     // bytes that a stalled line's buffer takes still; -1 while the line goes
+    long fastest;    // speed of its clock; 0 for no limit
+    long bufferRoom; // bytes that a stalled line's buffer takes still; -1 while the line goes
     long bufferedCount;
-    char buffered[DeskLineBuffer];
-    int pageCount; // pages that have memory; -1 where all have
+    DeskDeviceUse use; // a device that is not held and has no descriptor open is free
+    DeskDeviceFaults faults;
+    RefusedMap refusedMaps[RefusedMapCount];
     unsigned long pages[DeskPageLimit];
-    bool held;     // its handle is in use
-    bool named;    // its path opens it
-    bool isSerial; // has line settings
+    int pageCount;       // pages that have memory; -1 where all have
+    struct termios line; // settings, as set last
+    bool held;           // its handle is in use
+    bool named;          // its path opens it
+    bool isSerial;       // has line settings
+    char path[PathLength];
+    char buffered[DeskLineBuffer];
 };
 
 inline pthread_mutex_t g_lock = PTHREAD_MUTEX_INITIALIZER;

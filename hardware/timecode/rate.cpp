@@ -46,9 +46,9 @@ void Append(kel::text_base<char>& out, double value)
     // The largest double has 316 characters. Not std::snprintf(), whose decimal point depends on
     // the locale.
     std::array<char, 320> buffer{};
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                   std::chars_format::fixed, Decimals)
-                         .ptr;
+    const char* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                          std::chars_format::fixed, Decimals)
+                                .ptr;
     const auto length = static_cast<std::size_t>(end - buffer.data());
     out.append(buffer.data(), std::min(length, MostCharacters));
 }
