@@ -21,6 +21,7 @@
 #include "hardware/vex4_backlight.h"
 #include "standalone/fatal_handler.h"
 #include "standalone/platform_settings.h"
+#include "standalone/wing_table.h"
 #include "support/log_capture.h"
 #include "widget/scripted_transport.h"
 #include "widget/widget_factory.h"
@@ -101,6 +102,18 @@ TEST_F(ConsoleThingsTest, WithoutWingsNothingHappens)
         ConsoleThings::Get().change_level(static_cast<ConsoleLightId>(id), 0xFFD7);
     ConsoleThings::Get().wing_sleep(true);
     EXPECT_EQ(m_memory.CountOpened(), 0);
+}
+
+TEST_F(ConsoleThingsTest, EveryModelWithLightsGetsItsLevels)
+{
+    Begin();
+    for (const WingModel& model : Standalone::GetWingModels()) {
+        if (model.dimmers.empty())
+            continue;
+        const Desk::VirtualWidget& wing = Add(model.name);
+        EXPECT_THAT(GetOutputs(wing), testing::Contains(testing::StartsWith("dimmer 1 ")))
+            << model.name;
+    }
 }
 
 /// Capabilities in every combination: bit 0 vent, 1 blue, 2 work, 3 white.
