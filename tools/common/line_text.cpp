@@ -41,6 +41,7 @@ const std::vector<int>& GetLineSpeeds()
 {
     static const std::vector<int> list = [] {
         std::vector<int> bauds;
+        bauds.reserve(Speeds.size());
         for (const auto& [baud, speed] : Speeds)
             bauds.push_back(baud);
         return bauds;

@@ -52,6 +52,8 @@ MessageHandler::~MessageHandler()
     EndMessages();
 }
 
+// Not const, though no member changes: the handler gets no messages any more.
+// NOLINTNEXTLINE(readability-make-member-function-const)
 void MessageHandler::EndMessages()
 {
     Standalone::PostOffice::Get().Forget(*this);
