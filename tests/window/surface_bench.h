@@ -64,11 +64,9 @@ public:
             Qt::DirectConnection);
     }
 
-    ~Listener() override
-    {
-        Hardware::WingMapper::Get().disconnect(this);
-        const std::lock_guard hold(m_mutex); // the driver's thread may have heard something last
-    }
+    /// Nothing may be on its way. Takes the lock once more, since the driver's thread may have been
+    /// the last to hold it.
+    ~Listener() override { Take(); }
     Listener(const Listener&) = delete;
     Listener& operator=(const Listener&) = delete;
 
