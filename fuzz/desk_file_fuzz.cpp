@@ -22,17 +22,10 @@ namespace
 
 constexpr char Name[] = "fuzz";
 
-/// "NAME:LINE: REASON", with a line that the text has.
 void CheckReason(const std::string& reason, const std::string& text)
 {
-    const std::string begin = std::string(Name) + ":";
-    Require(reason.starts_with(begin), "a reason without the text's name");
-    char* end = nullptr;
-    const long line = std::strtol(reason.c_str() + begin.size(), &end, 10);
-    Require(line >= 1 && line <= 1 + std::count(text.begin(), text.end(), '\n'),
-            "a line that the text does not have");
-    const std::string rest = end;
-    Require(rest.starts_with(": ") && rest.size() > 2, "no reason");
+    const std::string rest = Fuzz::CheckPlace(reason, Name, text);
+    Require(rest.size() > 2, "no reason");
     Require(std::none_of(rest.begin(), rest.end(),
                          [](char sign) { return sign == '\n' || sign == '\0'; }),
             "a reason of several lines");

@@ -21,18 +21,6 @@ namespace
 
 constexpr char Name[] = "fuzz";
 
-/// "NAME:LINE: REASON", with a line that the text has.
-void CheckReason(const std::string& reason, const std::string& text)
-{
-    const std::string begin = std::string(Name) + ":";
-    Require(reason.starts_with(begin), "a reason without the text's name");
-    char* end = nullptr;
-    const long line = std::strtol(reason.c_str() + begin.size(), &end, 10);
-    Require(line >= 1 && line <= 1 + std::count(text.begin(), text.end(), '\n'),
-            "a line that the text does not have");
-    Require(std::string(end).starts_with(": "), "no reason");
-}
-
 std::string Write(const MidiRecording& recording)
 {
     std::string text;
@@ -63,7 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     try {
         CheckRecording(MidiRecording::Parse(text, Name));
     } catch (const std::runtime_error& error) {
-        CheckReason(error.what(), text);
+        Fuzz::CheckPlace(error.what(), Name, text);
     }
     return 0;
 }
