@@ -21,7 +21,7 @@ namespace Desk
 namespace
 {
 
-/// Set for the second start, so that there is no third, to the name that the program had.
+/// Holds the program's own name. It is set for the second start, which prevents a third one.
 constexpr char StartedAnew[] = "DESK_STARTED_WITH_PRELOAD";
 
 /// Of a thread's name, with the zero behind it.

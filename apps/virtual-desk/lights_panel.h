@@ -38,7 +38,7 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    /// Puts the third column below the second where there is no room beside it.
+    /// Puts the third column below the second if it does not fit beside it.
     void ArrangeColumns();
     QWidget* MakeDisplays();
     QWidget* MakeActions();

@@ -125,7 +125,7 @@ void LogView::MakeTable()
     for (std::size_t column = 0; column < characters.size(); ++column)
         m_table->setColumnWidth(static_cast<int>(column),
                                 characters.at(column) * fontMetrics().averageCharWidth());
-    // Where there is no room for all, the text is what is seen.
+    // If not all columns fit, the text stays visible.
     m_table->horizontalHeader()->moveSection(LogModel::Text, LogModel::Context);
     m_table->viewport()->installEventFilter(this);
     connect(m_table->selectionModel(), &QItemSelectionModel::currentRowChanged, this,

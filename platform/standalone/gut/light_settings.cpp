@@ -22,7 +22,7 @@ namespace
 
 constexpr char SourceFile[] = "gut/light_settings.cpp";
 
-// The message that tells of changed light settings, and for whom it is.
+// The message that reports changed light settings, and its receiver.
 constexpr std::uint32_t LightMessage = 22;
 constexpr std::uint32_t ApplyAtOnce = 11;
 constexpr std::uint32_t ApplyWithFades = 12;
